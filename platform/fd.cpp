@@ -1,0 +1,12 @@
+#include "platform/fd.h"
+
+#include <unistd.h>
+
+namespace quorrin::platform {
+
+void Fd::reset() {
+    if (fd_ >= 0) ::close(fd_);
+    fd_ = -1;
+}
+
+}  // namespace quorrin::platform

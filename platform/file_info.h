@@ -1,0 +1,25 @@
+// FileInfo: what one status query of an item reports.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "platform/instant.h"
+
+namespace quorrin::platform {
+
+enum class FileType { regular, directory, symlink, other };
+
+struct FileInfo {
+    FileType type = FileType::other;
+    std::int64_t size = 0;
+    Instant modified{};
+    // Birth time, only where the file system reports one; never the change or access time.
+    std::optional<Instant> created;
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::uint32_t mode = 0;  // permission and special bits (st_mode & 07777)
+    std::uint32_t owner = 0;
+};
+
+}  // namespace quorrin::platform

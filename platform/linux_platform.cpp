@@ -1,0 +1,221 @@
+#include "platform/linux_platform.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <pwd.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+
+#include "platform/image_probe.h"
+#include "platform/pdf_probe.h"
+#include "platform/recently_used.h"
+
+namespace quorrin::platform {
+namespace {
+
+constexpr unsigned statxMask = STATX_TYPE | STATX_MODE | STATX_SIZE | STATX_MTIME | STATX_BTIME |
+                               STATX_INO | STATX_UID;
+
+FileInfo infoFrom(const struct statx& sx) {
+    FileInfo info;
+    switch (sx.stx_mode & S_IFMT) {
+        case S_IFREG: info.type = FileType::regular; break;
+        case S_IFDIR: info.type = FileType::directory; break;
+        case S_IFLNK: info.type = FileType::symlink; break;
+        default: info.type = FileType::other; break;
+    }
+    info.size = (sx.stx_mask & STATX_SIZE) ? static_cast<std::int64_t>(sx.stx_size) : 0;
+    info.modified = instantFrom(sx.stx_mtime.tv_sec, sx.stx_mtime.tv_nsec);
+    if (sx.stx_mask & STATX_BTIME)
+        info.created = instantFrom(sx.stx_btime.tv_sec, sx.stx_btime.tv_nsec);
+    info.device = (static_cast<std::uint64_t>(sx.stx_dev_major) << 32) | sx.stx_dev_minor;
+    info.inode = sx.stx_ino;
+    info.mode = sx.stx_mode & 07777;
+    info.owner = sx.stx_uid;
+    return info;
+}
+
+Result<FileInfo> statxAt(int dirFd, const char* name, int flags) {
+    struct statx sx {};
+    if (::statx(dirFd, name, flags | AT_STATX_SYNC_AS_STAT, statxMask, &sx) != 0)
+        return Error::fromErrno(errno);
+    return infoFrom(sx);
+}
+
+Result<Fd> openFd(int dirFd, const char* path, int flags, mode_t mode = 0) {
+    int fd;
+    do {
+        fd = ::openat(dirFd, path, flags | O_CLOEXEC, mode);
+    } while (fd < 0 && errno == EINTR);
+    if (fd < 0) return Error::fromErrno(errno);
+    return Fd(fd);
+}
+
+}  // namespace
+
+Result<Fd> LinuxPlatform::openDirectory(const std::string& path) {
+    return openFd(AT_FDCWD, path.c_str(), O_RDONLY | O_DIRECTORY);
+}
+
+Result<Fd> LinuxPlatform::openDirectoryAt(const Fd& parent, const std::string& name) {
+    return openFd(parent.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+}
+
+Result<std::vector<std::string>> LinuxPlatform::readDirectory(const Fd& directory) {
+    // fdopendir takes ownership of its descriptor, so give it a duplicate and keep ours.
+    int copy = ::fcntl(directory.get(), F_DUPFD_CLOEXEC, 0);
+    if (copy < 0) return Error::fromErrno(errno);
+    DIR* dir = ::fdopendir(copy);
+    if (dir == nullptr) {
+        int err = errno;
+        ::close(copy);
+        return Error::fromErrno(err);
+    }
+    std::unique_ptr<DIR, int (*)(DIR*)> guard(dir, &::closedir);
+    ::rewinddir(dir);
+    std::vector<std::string> names;
+    for (;;) {
+        errno = 0;
+        const dirent* item = ::readdir(dir);
+        if (item == nullptr) {
+            if (errno != 0) return Error::fromErrno(errno);
+            break;
+        }
+        const char* name = item->d_name;
+        if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'))) continue;
+        names.emplace_back(name);
+    }
+    return names;
+}
+
+Result<FileInfo> LinuxPlatform::statAt(const Fd& directory, const std::string& name,
+                                       bool followLinks) {
+    return statxAt(directory.get(), name.c_str(), followLinks ? 0 : AT_SYMLINK_NOFOLLOW);
+}
+
+Result<FileInfo> LinuxPlatform::stat(const std::string& path, bool followLinks) {
+    return statxAt(AT_FDCWD, path.c_str(), followLinks ? 0 : AT_SYMLINK_NOFOLLOW);
+}
+
+Result<std::string> LinuxPlatform::resolve(const std::string& path) {
+    std::unique_ptr<char, void (*)(void*)> resolved(::realpath(path.c_str(), nullptr), &std::free);
+    if (!resolved) return Error::fromErrno(errno);
+    return std::string(resolved.get());
+}
+
+Result<Fd> LinuxPlatform::openForReading(const std::string& path) {
+    return openFd(AT_FDCWD, path.c_str(), O_RDONLY | O_NOFOLLOW | O_NOCTTY | O_NONBLOCK);
+}
+
+Result<std::size_t> LinuxPlatform::read(const Fd& file, std::span<std::byte> into) {
+    for (;;) {
+        ssize_t n = ::read(file.get(), into.data(), into.size());
+        if (n >= 0) return static_cast<std::size_t>(n);
+        if (errno != EINTR) return Error::fromErrno(errno);
+    }
+}
+
+Result<std::size_t> LinuxPlatform::readAt(const Fd& file, std::span<std::byte> into,
+                                          std::int64_t offset) {
+    for (;;) {
+        ssize_t n = ::pread(file.get(), into.data(), into.size(), offset);
+        if (n >= 0) return static_cast<std::size_t>(n);
+        if (errno != EINTR) return Error::fromErrno(errno);
+    }
+}
+
+Status LinuxPlatform::makeDirectory(const std::string& path, std::uint32_t mode) {
+    if (::mkdir(path.c_str(), mode) != 0) return Error::fromErrno(errno);
+    return {};
+}
+
+Status LinuxPlatform::moveNoReplace(const std::string& from, const std::string& to) {
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return {};
+    int err = errno;
+    // Some file systems refuse the flag; a hard link then claims the name without replacing
+    // anything, and only a successful link lets the old name go.
+    if (err != EINVAL && err != ENOSYS && err != EOPNOTSUPP) return Error::fromErrno(err);
+    if (::link(from.c_str(), to.c_str()) != 0) return Error::fromErrno(errno);
+    if (::unlink(from.c_str()) != 0) {
+        err = errno;
+        ::unlink(to.c_str());
+        return Error::fromErrno(err);
+    }
+    return {};
+}
+
+Result<Fd> LinuxPlatform::createExclusive(const std::string& path, std::uint32_t mode) {
+    return openFd(AT_FDCWD, path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
+}
+
+Status LinuxPlatform::write(const Fd& file, std::span<const std::byte> bytes) {
+    while (!bytes.empty()) {
+        ssize_t n = ::write(file.get(), bytes.data(), bytes.size());
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            return Error::fromErrno(errno);
+        }
+        bytes = bytes.subspan(static_cast<std::size_t>(n));
+    }
+    return {};
+}
+
+Status LinuxPlatform::sync(const Fd& file) {
+    if (::fsync(file.get()) != 0) return Error::fromErrno(errno);
+    return {};
+}
+
+Status LinuxPlatform::removeFile(const std::string& path) {
+    if (::unlink(path.c_str()) != 0) return Error::fromErrno(errno);
+    return {};
+}
+
+std::optional<std::string> LinuxPlatform::environment(const std::string& name) {
+    const char* value = std::getenv(name.c_str());
+    if (value == nullptr) return std::nullopt;
+    return std::string(value);
+}
+
+std::string LinuxPlatform::homeFolder() {
+    if (auto home = environment("HOME"); home && !home->empty() && home->front() == '/')
+        return *home;
+    struct passwd entry {};
+    struct passwd* found = nullptr;
+    std::string buffer(16384, '\0');
+    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found &&
+        found->pw_dir)
+        return found->pw_dir;
+    return "/";
+}
+
+std::uint32_t LinuxPlatform::userId() { return ::getuid(); }
+
+Instant LinuxPlatform::now() {
+    return std::chrono::time_point_cast<std::chrono::nanoseconds>(
+        std::chrono::system_clock::now());
+}
+
+UsageDates LinuxPlatform::readUsageDates() {
+    auto dataHome = environment("XDG_DATA_HOME");
+    std::string folder = (dataHome && !dataHome->empty() && dataHome->front() == '/')
+                             ? *dataHome
+                             : homeFolder() + "/.local/share";
+    return readRecentlyUsed(folder + "/recently-used.xbel");
+}
+
+ImageProbe LinuxPlatform::probeImage(const std::string& path) { return probeImageFile(path); }
+
+bool LinuxPlatform::pdfOpens(const std::string& path) { return pdfFileOpens(path); }
+
+Platform& system() {
+    static LinuxPlatform* instance = new LinuxPlatform();
+    return *instance;
+}
+
+}  // namespace quorrin::platform

@@ -1,0 +1,50 @@
+// TempHome: a fresh temporary folder used as HOME for one test, removed afterwards.
+//
+// The real HOME is never touched: HOME points into the temporary folder and the XDG variables are
+// cleared, so every default location (trash, recently-used list, settings) lies inside it.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+
+namespace quorrin::testing {
+
+class TempHome {
+public:
+    TempHome();
+    ~TempHome();
+    TempHome(const TempHome&) = delete;
+    TempHome& operator=(const TempHome&) = delete;
+
+    // The temporary folder that holds HOME and anything else a test needs outside it.
+    const std::string& base() const { return base_; }
+    // The temporary HOME, base()/home.
+    const std::string& home() const { return home_; }
+    // home() + "/" + relative.
+    std::string path(const std::string& relative) const;
+
+    // Creates a file (and its parent folders) with the given content; returns its absolute path.
+    std::string writeFile(const std::string& relative, const std::string& content = "x") const;
+    // Creates a folder and its parents; returns its absolute path.
+    std::string makeDir(const std::string& relative) const;
+
+private:
+    std::string base_;
+    std::string home_;
+    std::map<std::string, std::optional<std::string>> savedEnvironment_;
+};
+
+// Helpers on absolute paths.
+std::string readFile(const std::string& path);
+void writeFileAt(const std::string& path, const std::string& content);
+void setModified(const std::string& path, std::int64_t seconds, std::uint32_t nanoseconds = 0);
+bool existsNoFollow(const std::string& path);
+// Removes a tree, making unreadable folders readable first.
+void removeTree(const std::string& path);
+// Runs a program without a shell; returns its exit status and fills `output` with its stdout.
+int runProgram(const std::string& program, const std::initializer_list<std::string>& arguments,
+               std::string* output = nullptr);
+
+}  // namespace quorrin::testing
