@@ -16,7 +16,8 @@ std::string randomUuid() {
     std::array<std::uint8_t, 16> bytes{};
     for (std::size_t i = 0; i < bytes.size(); i += 8) {
         std::uint64_t word = generator();
-        for (std::size_t k = 0; k < 8; ++k) bytes[i + k] = static_cast<std::uint8_t>(word >> (8 * k));
+        for (std::size_t k = 0; k < 8; ++k)
+            bytes[i + k] = static_cast<std::uint8_t>(word >> (8 * k));
     }
     bytes[6] = (bytes[6] & 0x0F) | 0x40;  // version 4
     bytes[8] = (bytes[8] & 0x3F) | 0x80;  // RFC 4122 variant
@@ -24,7 +25,8 @@ std::string randomUuid() {
     std::string text;
     text.reserve(36);
     for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (i == 4 || i == 6 || i == 8 || i == 10) text.push_back('-');
+        if (i == 4 || i == 6 || i == 8 || i == 10)
+            text.push_back('-');
         text.push_back(hex[bytes[i] >> 4]);
         text.push_back(hex[bytes[i] & 0x0F]);
     }
@@ -35,8 +37,8 @@ std::string randomUuid() {
 
 Activity::Activity(std::string text)
     : id_(randomUuid()),
-      date_(std::chrono::time_point_cast<std::chrono::nanoseconds>(
-          std::chrono::system_clock::now())),
+      date_(
+          std::chrono::time_point_cast<std::chrono::nanoseconds>(std::chrono::system_clock::now())),
       text_(std::move(text)) {}
 
 }  // namespace quorrin::Engine

@@ -1,9 +1,9 @@
 // Activity: one line of the activity history, with a random identity and the moment it was made.
 #pragma once
 
-#include <string>
-
 #include "platform/instant.h"
+
+#include <string>
 
 namespace quorrin::Engine {
 

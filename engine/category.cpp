@@ -1,9 +1,9 @@
 #include "engine/category.h"
 
-#include <unordered_map>
-
 #include "engine/paths.h"
 #include "engine/tables.h"
+
+#include <unordered_map>
 
 namespace quorrin::Engine {
 namespace {
@@ -13,9 +13,11 @@ namespace {
 const std::unordered_map<std::string_view, std::string_view>& byExtension() {
     static const auto table = [] {
         std::unordered_map<std::string_view, std::string_view> map;
-        for (std::string_view ext : projectFileExtensions()) map.emplace(ext, projectsCategory);
+        for (std::string_view ext : projectFileExtensions())
+            map.emplace(ext, projectsCategory);
         for (const CategoryRow& row : categories())
-            for (std::string_view ext : row.extensions) map.emplace(ext, row.name);
+            for (std::string_view ext : row.extensions)
+                map.emplace(ext, row.name);
         return map;
     }();
     return table;
@@ -25,7 +27,8 @@ const std::unordered_map<std::string_view, std::string_view>& byExtension() {
 
 std::string_view category(std::string_view path) {
     std::string_view extension = pathExtension(path);
-    if (extension.empty()) return otherFilesCategory;
+    if (extension.empty())
+        return otherFilesCategory;
     const auto& table = byExtension();
     auto found = table.find(lowercase(extension));
     return found == table.end() ? otherFilesCategory : found->second;

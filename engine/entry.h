@@ -1,13 +1,13 @@
 // Entry: one regular file found by a scan, with its size, dates, category and findings.
 #pragma once
 
+#include "engine/shared_path.h"
+#include "platform/instant.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "engine/shared_path.h"
-#include "platform/instant.h"
 
 namespace quorrin::Engine {
 

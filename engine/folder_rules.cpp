@@ -1,10 +1,11 @@
 #include "engine/folder_rules.h"
 
-#include <functional>
-#include <vector>
-
 #include "engine/paths.h"
 #include "engine/tables.h"
+
+#include <algorithm>
+#include <functional>
+#include <vector>
 
 namespace quorrin::Engine {
 namespace {
@@ -12,13 +13,18 @@ namespace {
 // The project test, over an existence check and a shallow listing of the folder.
 bool projectBy(std::string_view name, const std::function<bool(std::string_view)>& exists,
                const std::function<std::vector<std::string>()>& list) {
-    if (protectedNames().contains(name)) return true;
-    if (name == projectsCategory) return false;
+    if (protectedNames().contains(name))
+        return true;
+    if (name == projectsCategory)
+        return false;
     for (std::string_view marker : projectMarkerNames())
-        if (exists(marker)) return true;
+        if (exists(marker))
+            return true;
     for (const std::string& child : list()) {
-        if (projectExtensions().contains(lowercase(pathExtension(child)))) return true;
-        if (child == footageMarker) return true;
+        if (projectExtensions().contains(lowercase(pathExtension(child))))
+            return true;
+        if (child == footageMarker)
+            return true;
     }
     return false;
 }
@@ -38,29 +44,30 @@ bool project(const std::string& folder, platform::Platform& platform) {
     };
     auto list = [&]() -> std::vector<std::string> {
         auto directory = platform.openDirectory(folder);
-        if (!directory) return {};
+        if (!directory)
+            return {};
         auto names = platform.readDirectory(*directory);
         return names ? std::move(*names) : std::vector<std::string>{};
     };
     return projectBy(lastComponent(folder), exists, list);
 }
 
-bool projectAt(const platform::Fd& directory, std::string_view name, platform::Platform& platform) {
+bool projectAt(const platform::Fd& directory, std::string_view name,
+               const std::vector<std::string>& names, platform::Platform& platform) {
     auto exists = [&](std::string_view marker) {
-        return platform.statAt(directory, std::string(marker), true).ok();
+        // A link named like a marker counts only when it leads somewhere.
+        return std::find(names.begin(), names.end(), marker) != names.end() &&
+               platform.statAt(directory, std::string(marker), true).ok();
     };
-    auto list = [&]() -> std::vector<std::string> {
-        auto names = platform.readDirectory(directory);
-        return names ? std::move(*names) : std::vector<std::string>{};
-    };
-    return projectBy(name, exists, list);
+    return projectBy(name, exists, [&] { return names; });
 }
 
 bool personalCollection(const std::string& folder, platform::Platform& platform) {
     const std::string home = platform.homeFolder();
     const std::string candidate = resolvedOrAsGiven(folder, platform);
     for (std::string_view name : {"Desktop", "Documents", "Downloads"})
-        if (resolvedOrAsGiven(appendComponent(home, name), platform) == candidate) return true;
+        if (resolvedOrAsGiven(appendComponent(home, name), platform) == candidate)
+            return true;
     return false;
 }
 
@@ -74,13 +81,16 @@ bool allowedRoot(const std::string& folder, platform::Platform& platform) {
     std::size_t start = 0;
     while (start < rest.size()) {
         std::size_t end = rest.find('/', start);
-        if (end == std::string_view::npos) end = rest.size();
+        if (end == std::string_view::npos)
+            end = rest.size();
         std::string_view component = rest.substr(start, end - start);
-        if (!component.empty() && (component.front() == '.' || protectedNames().contains(component)))
+        if (!component.empty() &&
+            (component.front() == '.' || protectedNames().contains(component)))
             return false;
         start = end + 1;
     }
-    if (personalCollection(folder, platform)) return true;
+    if (personalCollection(folder, platform))
+        return true;
     return !project(folder, platform);
 }
 

@@ -9,7 +9,8 @@ nlohmann::json encode(const MoveRecord& record) {
 }
 
 std::optional<MoveRecord> decodeMoveRecord(const nlohmann::json& object) {
-    if (!object.is_object()) return std::nullopt;
+    if (!object.is_object())
+        return std::nullopt;
     auto from = object.find("from");
     auto to = object.find("to");
     if (from == object.end() || to == object.end() || !from->is_string() || !to->is_string())
@@ -39,9 +40,11 @@ bool validUtf8(std::string_view text) {
         } else {
             return false;
         }
-        if (i + length > text.size()) return false;
+        if (i + length > text.size())
+            return false;
         for (std::size_t k = 1; k < length; ++k) {
-            if ((byte(i + k) & 0xC0) != 0x80) return false;
+            if ((byte(i + k) & 0xC0) != 0x80)
+                return false;
             point = (point << 6) | (byte(i + k) & 0x3F);
         }
         // Reject overlong forms, surrogates and points beyond U+10FFFF.

@@ -6,7 +6,8 @@ namespace quorrin::Engine {
 namespace {
 
 std::string_view withoutTrailingSlashes(std::string_view path) {
-    while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
+    while (path.size() > 1 && path.back() == '/')
+        path.remove_suffix(1);
     return path;
 }
 
@@ -15,35 +16,41 @@ std::string_view withoutTrailingSlashes(std::string_view path) {
 std::string_view lastComponent(std::string_view path) {
     path = withoutTrailingSlashes(path);
     auto slash = path.rfind('/');
-    if (slash == std::string_view::npos || path.size() == 1) return path;
+    if (slash == std::string_view::npos || path.size() == 1)
+        return path;
     return path.substr(slash + 1);
 }
 
 std::string_view pathExtension(std::string_view path) {
     std::string_view name = lastComponent(path);
     auto dot = name.rfind('.');
-    if (dot == std::string_view::npos) return {};
+    if (dot == std::string_view::npos)
+        return {};
     return name.substr(dot + 1);
 }
 
 std::string_view stemOf(std::string_view path) {
     std::string_view name = lastComponent(path);
     auto dot = name.rfind('.');
-    if (dot == std::string_view::npos) return name;
+    if (dot == std::string_view::npos)
+        return name;
     return name.substr(0, dot);
 }
 
 std::string_view parentOf(std::string_view path) {
     path = withoutTrailingSlashes(path);
     auto slash = path.rfind('/');
-    if (slash == std::string_view::npos) return {};
-    if (slash == 0) return path.substr(0, 1);
+    if (slash == std::string_view::npos)
+        return {};
+    if (slash == 0)
+        return path.substr(0, 1);
     return path.substr(0, slash);
 }
 
 std::string appendComponent(std::string_view folder, std::string_view name) {
     std::string joined(folder);
-    if (joined.empty() || joined.back() != '/') joined.push_back('/');
+    if (joined.empty() || joined.back() != '/')
+        joined.push_back('/');
     joined.append(name);
     return joined;
 }
@@ -54,7 +61,8 @@ std::string standardise(std::string_view path) {
     std::size_t start = 0;
     while (start <= path.size()) {
         std::size_t end = path.find('/', start);
-        if (end == std::string_view::npos) end = path.size();
+        if (end == std::string_view::npos)
+            end = path.size();
         std::string_view part = path.substr(start, end - start);
         if (part.empty() || part == ".") {
         } else if (part == "..") {
@@ -69,17 +77,20 @@ std::string standardise(std::string_view path) {
     }
     std::string result = absolute ? "/" : "";
     for (std::size_t i = 0; i < parts.size(); ++i) {
-        if (i > 0) result.push_back('/');
+        if (i > 0)
+            result.push_back('/');
         result.append(parts[i]);
     }
-    if (result.empty()) result = ".";
+    if (result.empty())
+        result = ".";
     return result;
 }
 
 std::string lowercase(std::string_view text) {
     std::string lower(text);
     for (char& c : lower)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+        if (c >= 'A' && c <= 'Z')
+            c = static_cast<char>(c - 'A' + 'a');
     return lower;
 }
 

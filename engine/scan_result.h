@@ -1,10 +1,10 @@
 // ScanResult: the files one scan accepted, in discovery order, and its notes.
 #pragma once
 
+#include "engine/entry.h"
+
 #include <string>
 #include <vector>
-
-#include "engine/entry.h"
 
 namespace quorrin::Engine {
 

@@ -9,7 +9,8 @@ NameSet splitWords(std::string_view words) {
     std::size_t start = 0;
     while (start < words.size()) {
         std::size_t end = words.find(' ', start);
-        if (end == std::string_view::npos) end = words.size();
+        if (end == std::string_view::npos)
+            end = words.size();
         set.insert(words.substr(start, end - start));
         start = end + 1;
     }
@@ -33,7 +34,7 @@ const std::vector<CategoryRow>& categories() {
 
 const std::array<std::string_view, 7>& categoryNames() {
     static constexpr std::array<std::string_view, 7> names = {
-        "01 Videos",      "02 Images",      "03 Audio",   "04 Documents", "05 Installers and ZIP",
+        "01 Videos",        "02 Images",     "03 Audio", "04 Documents", "05 Installers and ZIP",
         otherFilesCategory, projectsCategory};
     return names;
 }
@@ -52,9 +53,15 @@ const NameSet& projectExtensions() {
 }
 
 const NameSet& protectedNames() {
-    static const NameSet set = {"Codex",       "Library",           "Applications",
-                                "System",      "node_modules",      "vendor",
-                                "Pods",        "DerivedData",       "Blackmagic Design",
+    static const NameSet set = {"Codex",
+                                "Library",
+                                "Applications",
+                                "System",
+                                "node_modules",
+                                "vendor",
+                                "Pods",
+                                "DerivedData",
+                                "Blackmagic Design",
                                 "Neat Video v6 for Resolve"};
     return set;
 }
@@ -74,7 +81,8 @@ const NameSet& packageExtensions() {
 
 std::string_view categoryName(std::string_view name) {
     for (std::string_view known : categoryNames())
-        if (known == name) return known;
+        if (known == name)
+            return known;
     return {};
 }
 

@@ -14,7 +14,8 @@ struct Error {
     int code = 0;
     std::string description;
 
-    // An operating-system error carrying the system's own message, e.g. "No such file or directory".
+    // An operating-system error carrying the system's own message, e.g. "No such file or
+    // directory".
     static Error fromErrno(int errnoValue);
     static Error quorrin(int code, std::string description);
 

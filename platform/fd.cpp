@@ -5,7 +5,8 @@
 namespace quorrin::platform {
 
 void Fd::reset() {
-    if (fd_ >= 0) ::close(fd_);
+    if (fd_ >= 0)
+        ::close(fd_);
     fd_ = -1;
 }
 

@@ -1,10 +1,10 @@
 // FileInfo: what one status query of an item reports.
 #pragma once
 
+#include "platform/instant.h"
+
 #include <cstdint>
 #include <optional>
-
-#include "platform/instant.h"
 
 namespace quorrin::platform {
 

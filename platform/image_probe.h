@@ -1,9 +1,9 @@
 // Image probing through libvips: does a loader recognise the file, and does image 0 decode?
 #pragma once
 
-#include <string>
-
 #include "platform/platform.h"
+
+#include <string>
 
 namespace quorrin::platform {
 

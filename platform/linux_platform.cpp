@@ -1,5 +1,13 @@
 #include "platform/linux_platform.h"
 
+#include "platform/image_probe.h"
+#include "platform/pdf_probe.h"
+#include "platform/recently_used.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <pwd.h>
@@ -8,27 +16,27 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstdlib>
-#include <memory>
-
-#include "platform/image_probe.h"
-#include "platform/pdf_probe.h"
-#include "platform/recently_used.h"
-
 namespace quorrin::platform {
 namespace {
 
-constexpr unsigned statxMask = STATX_TYPE | STATX_MODE | STATX_SIZE | STATX_MTIME | STATX_BTIME |
-                               STATX_INO | STATX_UID;
+constexpr unsigned statxMask =
+    STATX_TYPE | STATX_MODE | STATX_SIZE | STATX_MTIME | STATX_BTIME | STATX_INO | STATX_UID;
 
 FileInfo infoFrom(const struct statx& sx) {
     FileInfo info;
     switch (sx.stx_mode & S_IFMT) {
-        case S_IFREG: info.type = FileType::regular; break;
-        case S_IFDIR: info.type = FileType::directory; break;
-        case S_IFLNK: info.type = FileType::symlink; break;
-        default: info.type = FileType::other; break;
+        case S_IFREG:
+            info.type = FileType::regular;
+            break;
+        case S_IFDIR:
+            info.type = FileType::directory;
+            break;
+        case S_IFLNK:
+            info.type = FileType::symlink;
+            break;
+        default:
+            info.type = FileType::other;
+            break;
     }
     info.size = (sx.stx_mask & STATX_SIZE) ? static_cast<std::int64_t>(sx.stx_size) : 0;
     info.modified = instantFrom(sx.stx_mtime.tv_sec, sx.stx_mtime.tv_nsec);
@@ -53,7 +61,8 @@ Result<Fd> openFd(int dirFd, const char* path, int flags, mode_t mode = 0) {
     do {
         fd = ::openat(dirFd, path, flags | O_CLOEXEC, mode);
     } while (fd < 0 && errno == EINTR);
-    if (fd < 0) return Error::fromErrno(errno);
+    if (fd < 0)
+        return Error::fromErrno(errno);
     return Fd(fd);
 }
 
@@ -70,7 +79,8 @@ Result<Fd> LinuxPlatform::openDirectoryAt(const Fd& parent, const std::string& n
 Result<std::vector<std::string>> LinuxPlatform::readDirectory(const Fd& directory) {
     // fdopendir takes ownership of its descriptor, so give it a duplicate and keep ours.
     int copy = ::fcntl(directory.get(), F_DUPFD_CLOEXEC, 0);
-    if (copy < 0) return Error::fromErrno(errno);
+    if (copy < 0)
+        return Error::fromErrno(errno);
     DIR* dir = ::fdopendir(copy);
     if (dir == nullptr) {
         int err = errno;
@@ -84,11 +94,13 @@ Result<std::vector<std::string>> LinuxPlatform::readDirectory(const Fd& director
         errno = 0;
         const dirent* item = ::readdir(dir);
         if (item == nullptr) {
-            if (errno != 0) return Error::fromErrno(errno);
+            if (errno != 0)
+                return Error::fromErrno(errno);
             break;
         }
         const char* name = item->d_name;
-        if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'))) continue;
+        if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0')))
+            continue;
         names.emplace_back(name);
     }
     return names;
@@ -105,7 +117,8 @@ Result<FileInfo> LinuxPlatform::stat(const std::string& path, bool followLinks) 
 
 Result<std::string> LinuxPlatform::resolve(const std::string& path) {
     std::unique_ptr<char, void (*)(void*)> resolved(::realpath(path.c_str(), nullptr), &std::free);
-    if (!resolved) return Error::fromErrno(errno);
+    if (!resolved)
+        return Error::fromErrno(errno);
     return std::string(resolved.get());
 }
 
@@ -116,8 +129,10 @@ Result<Fd> LinuxPlatform::openForReading(const std::string& path) {
 Result<std::size_t> LinuxPlatform::read(const Fd& file, std::span<std::byte> into) {
     for (;;) {
         ssize_t n = ::read(file.get(), into.data(), into.size());
-        if (n >= 0) return static_cast<std::size_t>(n);
-        if (errno != EINTR) return Error::fromErrno(errno);
+        if (n >= 0)
+            return static_cast<std::size_t>(n);
+        if (errno != EINTR)
+            return Error::fromErrno(errno);
     }
 }
 
@@ -125,23 +140,29 @@ Result<std::size_t> LinuxPlatform::readAt(const Fd& file, std::span<std::byte> i
                                           std::int64_t offset) {
     for (;;) {
         ssize_t n = ::pread(file.get(), into.data(), into.size(), offset);
-        if (n >= 0) return static_cast<std::size_t>(n);
-        if (errno != EINTR) return Error::fromErrno(errno);
+        if (n >= 0)
+            return static_cast<std::size_t>(n);
+        if (errno != EINTR)
+            return Error::fromErrno(errno);
     }
 }
 
 Status LinuxPlatform::makeDirectory(const std::string& path, std::uint32_t mode) {
-    if (::mkdir(path.c_str(), mode) != 0) return Error::fromErrno(errno);
+    if (::mkdir(path.c_str(), mode) != 0)
+        return Error::fromErrno(errno);
     return {};
 }
 
 Status LinuxPlatform::moveNoReplace(const std::string& from, const std::string& to) {
-    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return {};
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+        return {};
     int err = errno;
     // Some file systems refuse the flag; a hard link then claims the name without replacing
     // anything, and only a successful link lets the old name go.
-    if (err != EINVAL && err != ENOSYS && err != EOPNOTSUPP) return Error::fromErrno(err);
-    if (::link(from.c_str(), to.c_str()) != 0) return Error::fromErrno(errno);
+    if (err != EINVAL && err != ENOSYS && err != EOPNOTSUPP)
+        return Error::fromErrno(err);
+    if (::link(from.c_str(), to.c_str()) != 0)
+        return Error::fromErrno(errno);
     if (::unlink(from.c_str()) != 0) {
         err = errno;
         ::unlink(to.c_str());
@@ -158,7 +179,8 @@ Status LinuxPlatform::write(const Fd& file, std::span<const std::byte> bytes) {
     while (!bytes.empty()) {
         ssize_t n = ::write(file.get(), bytes.data(), bytes.size());
         if (n < 0) {
-            if (errno == EINTR) continue;
+            if (errno == EINTR)
+                continue;
             return Error::fromErrno(errno);
         }
         bytes = bytes.subspan(static_cast<std::size_t>(n));
@@ -167,18 +189,21 @@ Status LinuxPlatform::write(const Fd& file, std::span<const std::byte> bytes) {
 }
 
 Status LinuxPlatform::sync(const Fd& file) {
-    if (::fsync(file.get()) != 0) return Error::fromErrno(errno);
+    if (::fsync(file.get()) != 0)
+        return Error::fromErrno(errno);
     return {};
 }
 
 Status LinuxPlatform::removeFile(const std::string& path) {
-    if (::unlink(path.c_str()) != 0) return Error::fromErrno(errno);
+    if (::unlink(path.c_str()) != 0)
+        return Error::fromErrno(errno);
     return {};
 }
 
 std::optional<std::string> LinuxPlatform::environment(const std::string& name) {
     const char* value = std::getenv(name.c_str());
-    if (value == nullptr) return std::nullopt;
+    if (value == nullptr)
+        return std::nullopt;
     return std::string(value);
 }
 
@@ -194,11 +219,12 @@ std::string LinuxPlatform::homeFolder() {
     return "/";
 }
 
-std::uint32_t LinuxPlatform::userId() { return ::getuid(); }
+std::uint32_t LinuxPlatform::userId() {
+    return ::getuid();
+}
 
 Instant LinuxPlatform::now() {
-    return std::chrono::time_point_cast<std::chrono::nanoseconds>(
-        std::chrono::system_clock::now());
+    return std::chrono::time_point_cast<std::chrono::nanoseconds>(std::chrono::system_clock::now());
 }
 
 UsageDates LinuxPlatform::readUsageDates() {
@@ -209,9 +235,13 @@ UsageDates LinuxPlatform::readUsageDates() {
     return readRecentlyUsed(folder + "/recently-used.xbel");
 }
 
-ImageProbe LinuxPlatform::probeImage(const std::string& path) { return probeImageFile(path); }
+ImageProbe LinuxPlatform::probeImage(const std::string& path) {
+    return probeImageFile(path);
+}
 
-bool LinuxPlatform::pdfOpens(const std::string& path) { return pdfFileOpens(path); }
+bool LinuxPlatform::pdfOpens(const std::string& path) {
+    return pdfFileOpens(path);
+}
 
 Platform& system() {
     static LinuxPlatform* instance = new LinuxPlatform();

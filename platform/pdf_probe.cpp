@@ -1,10 +1,10 @@
 #include "platform/pdf_probe.h"
 
-#include <poppler-document.h>
-#include <poppler-global.h>
-
 #include <memory>
 #include <mutex>
+
+#include <poppler-document.h>
+#include <poppler-global.h>
 
 namespace quorrin::platform {
 namespace {

@@ -1,9 +1,14 @@
 // Platform: every operating-system operation Quorrin performs, behind one interface.
 //
 // The engine and the store reach the system only through this interface, so a port replaces one
-// implementation and tests may substitute one that injects faults. Paths are byte strings: on Linux a
-// file name need not be valid UTF-8, and nothing here assumes it is.
+// implementation and tests may substitute one that injects faults. Paths are byte strings: on Linux
+// a file name need not be valid UTF-8, and nothing here assumes it is.
 #pragma once
+
+#include "platform/fd.h"
+#include "platform/file_info.h"
+#include "platform/instant.h"
+#include "platform/result.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,11 +17,6 @@
 #include <string>
 #include <unordered_map>
 #include <vector>
-
-#include "platform/fd.h"
-#include "platform/file_info.h"
-#include "platform/instant.h"
-#include "platform/result.h"
 
 namespace quorrin::platform {
 

@@ -1,9 +1,9 @@
 #include "platform/recently_used.h"
 
-#include <glib.h>
-
 #include <algorithm>
 #include <memory>
+
+#include <glib.h>
 
 namespace quorrin::platform {
 namespace {
@@ -14,9 +14,11 @@ Instant instantOf(GDateTime* time) {
 }
 
 void keepLatest(std::optional<Instant>& latest, GDateTime* time) {
-    if (time == nullptr) return;
+    if (time == nullptr)
+        return;
     Instant when = instantOf(time);
-    if (!latest || when > *latest) latest = when;
+    if (!latest || when > *latest)
+        latest = when;
 }
 
 }  // namespace
@@ -25,14 +27,16 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
     UsageDates dates;
     std::unique_ptr<GBookmarkFile, void (*)(GBookmarkFile*)> bookmarks(g_bookmark_file_new(),
                                                                        &g_bookmark_file_free);
-    if (!g_bookmark_file_load_from_file(bookmarks.get(), xbelPath.c_str(), nullptr)) return dates;
+    if (!g_bookmark_file_load_from_file(bookmarks.get(), xbelPath.c_str(), nullptr))
+        return dates;
 
     gsize count = 0;
     gchar** uris = g_bookmark_file_get_uris(bookmarks.get(), &count);
     for (gsize i = 0; i < count; ++i) {
         const gchar* uri = uris[i];
         gchar* path = g_filename_from_uri(uri, nullptr, nullptr);
-        if (path == nullptr) continue;  // not a local file
+        if (path == nullptr)
+            continue;  // not a local file
         std::optional<Instant> latest;
         keepLatest(latest, g_bookmark_file_get_visited_date_time(bookmarks.get(), uri, nullptr));
         keepLatest(latest, g_bookmark_file_get_modified_date_time(bookmarks.get(), uri, nullptr));
@@ -47,7 +51,8 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
         g_strfreev(apps);
         if (latest) {
             auto [it, inserted] = dates.emplace(path, *latest);
-            if (!inserted) it->second = std::max(it->second, *latest);
+            if (!inserted)
+                it->second = std::max(it->second, *latest);
         }
         g_free(path);
     }

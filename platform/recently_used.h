@@ -1,9 +1,9 @@
 // The freedesktop recently-used list (recently-used.xbel), read through GLib's GBookmarkFile.
 #pragma once
 
-#include <string>
-
 #include "platform/platform.h"
+
+#include <string>
 
 namespace quorrin::platform {
 

@@ -1,11 +1,11 @@
 // Result<T>: either a value or an Error. Status is the value-less form.
 #pragma once
 
+#include "platform/error.h"
+
 #include <cassert>
 #include <utility>
 #include <variant>
-
-#include "platform/error.h"
 
 namespace quorrin::platform {
 

@@ -1,11 +1,11 @@
 // The value records: Entry identity and defaults, MoveRecord's stored form, Activity identity.
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
 #include "engine/activity.h"
 #include "engine/entry.h"
 #include "engine/move_record.h"
+
+#include <nlohmann/json.hpp>
+
+#include <gtest/gtest.h>
 
 namespace quorrin::Engine {
 namespace {
@@ -40,8 +40,9 @@ TEST(MoveRecord, RoundTripsThroughJson) {
     auto decoded = decodeMoveRecord(nlohmann::json::parse(stored));
     ASSERT_TRUE(decoded.has_value());
     EXPECT_EQ(*decoded, record);
-    EXPECT_EQ(stored,
-              R"({"from":"/home/u/Downloads/Über Bericht.pdf","to":"/home/u/Downloads/04 Documents/Über Bericht (2).pdf"})");
+    EXPECT_EQ(
+        stored,
+        R"({"from":"/home/u/Downloads/Über Bericht.pdf","to":"/home/u/Downloads/04 Documents/Über Bericht (2).pdf"})");
 }
 
 TEST(MoveRecord, DecodingFailsWithoutBothStringKeys) {

@@ -1,16 +1,16 @@
 // The Linux platform's file primitives on real files in a temporary HOME.
-#include <gtest/gtest.h>
+#include "platform/linux_platform.h"
 
-#include <sys/socket.h>
-#include <sys/stat.h>
-#include <sys/un.h>
-#include <unistd.h>
+#include "tests/support/temp_home.h"
 
 #include <algorithm>
 #include <cstdlib>
 
-#include "platform/linux_platform.h"
-#include "tests/support/temp_home.h"
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 namespace quorrin::platform {
 namespace {

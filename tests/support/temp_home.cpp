@@ -1,11 +1,5 @@
 #include "tests/support/temp_home.h"
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -14,6 +8,12 @@
 #include <sstream>
 #include <stdexcept>
 #include <vector>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 extern char** environ;
 
@@ -55,7 +55,9 @@ TempHome::~TempHome() {
     removeTree(base_);
 }
 
-std::string TempHome::path(const std::string& relative) const { return home_ + "/" + relative; }
+std::string TempHome::path(const std::string& relative) const {
+    return home_ + "/" + relative;
+}
 
 std::string TempHome::writeFile(const std::string& relative, const std::string& content) const {
     std::string full = path(relative);
@@ -72,7 +74,8 @@ std::string TempHome::makeDir(const std::string& relative) const {
 
 std::string readFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
-    if (!in) throw std::runtime_error("cannot read " + path);
+    if (!in)
+        throw std::runtime_error("cannot read " + path);
     std::ostringstream content;
     content << in.rdbuf();
     return content.str();
@@ -80,7 +83,8 @@ std::string readFile(const std::string& path) {
 
 void writeFileAt(const std::string& path, const std::string& content) {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (!out) throw std::runtime_error("cannot write " + path);
+    if (!out)
+        throw std::runtime_error("cannot write " + path);
     out << content;
 }
 
@@ -101,7 +105,8 @@ bool existsNoFollow(const std::string& path) {
 
 void removeTree(const std::string& path) {
     std::error_code error;
-    if (!fs::exists(fs::symlink_status(path, error))) return;
+    if (!fs::exists(fs::symlink_status(path, error)))
+        return;
     // Restore access to anything a test locked away so that the tree can be removed.
     for (auto it = fs::recursive_directory_iterator(
              path, fs::directory_options::skip_permission_denied, error);
@@ -114,11 +119,13 @@ void removeTree(const std::string& path) {
     for (int pass = 0; pass < 4; ++pass) {
         error.clear();
         fs::remove_all(path, error);
-        if (!error) return;
+        if (!error)
+            return;
         for (auto it = fs::recursive_directory_iterator(
                  path, fs::directory_options::skip_permission_denied, error);
              it != fs::recursive_directory_iterator(); it.increment(error)) {
-            if (error) break;
+            if (error)
+                break;
             if (it->is_directory(error) && !it->is_symlink(error))
                 ::chmod(it->path().c_str(), 0700);
         }
@@ -130,11 +137,13 @@ int runProgram(const std::string& program, const std::initializer_list<std::stri
     std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
-    for (auto& word : words) argv.push_back(word.data());
+    for (auto& word : words)
+        argv.push_back(word.data());
     argv.push_back(nullptr);
 
     int pipeFds[2];
-    if (::pipe2(pipeFds, O_CLOEXEC) != 0) return -1;
+    if (::pipe2(pipeFds, O_CLOEXEC) != 0)
+        return -1;
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, pipeFds[1], STDOUT_FILENO);
@@ -145,13 +154,16 @@ int runProgram(const std::string& program, const std::initializer_list<std::stri
     std::string collected;
     char buffer[4096];
     ssize_t n;
-    while ((n = ::read(pipeFds[0], buffer, sizeof buffer)) > 0) collected.append(buffer, n);
+    while ((n = ::read(pipeFds[0], buffer, sizeof buffer)) > 0)
+        collected.append(buffer, n);
     ::close(pipeFds[0]);
-    if (spawned != 0) return -1;
+    if (spawned != 0)
+        return -1;
     int status = 0;
     while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
     }
-    if (output) *output = collected;
+    if (output)
+        *output = collected;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 

@@ -1,0 +1,99 @@
+#include "engine/digest.h"
+
+#include <memory>
+#include <vector>
+
+#include <openssl/evp.h>
+
+namespace quorrin::Engine {
+namespace {
+
+using platform::Error;
+using platform::Result;
+
+// An incremental SHA-256 through OpenSSL's EVP interface.
+class Sha256 {
+public:
+    Sha256() : context_(EVP_MD_CTX_new(), &EVP_MD_CTX_free) {
+        if (!context_ || EVP_DigestInit_ex(context_.get(), EVP_sha256(), nullptr) != 1)
+            throw std::bad_alloc();
+    }
+    void update(const std::byte* data, std::size_t size) {
+        EVP_DigestUpdate(context_.get(), data, size);
+    }
+    std::string hex() {
+        unsigned char value[EVP_MAX_MD_SIZE];
+        unsigned int length = 0;
+        EVP_DigestFinal_ex(context_.get(), value, &length);
+        static constexpr char digits[] = "0123456789abcdef";
+        std::string text;
+        text.reserve(length * 2);
+        for (unsigned int i = 0; i < length; ++i) {
+            text.push_back(digits[value[i] >> 4]);
+            text.push_back(digits[value[i] & 0x0F]);
+        }
+        return text;
+    }
+
+private:
+    std::unique_ptr<EVP_MD_CTX, void (*)(EVP_MD_CTX*)> context_;
+};
+
+// Reads up to `count` bytes at `offset`, or from the current position when offset is negative,
+// hashing what arrives until the count is reached or the file ends.
+platform::Status hashSpan(platform::Platform& platform, const platform::Fd& file, Sha256& sha,
+                          std::vector<std::byte>& buffer, std::int64_t offset, std::int64_t count) {
+    while (count > 0) {
+        auto span = std::span<std::byte>(buffer).first(
+            static_cast<std::size_t>(std::min<std::int64_t>(count, buffer.size())));
+        auto n = offset < 0 ? platform.read(file, span) : platform.readAt(file, span, offset);
+        if (!n)
+            return n.error();
+        if (*n == 0)
+            break;
+        sha.update(buffer.data(), *n);
+        count -= static_cast<std::int64_t>(*n);
+        if (offset >= 0)
+            offset += static_cast<std::int64_t>(*n);
+    }
+    return {};
+}
+
+}  // namespace
+
+Result<std::string> digest(const std::string& path, platform::Platform& platform) {
+    auto file = platform.openForReading(path);
+    if (!file)
+        return file.error();
+    Sha256 sha;
+    std::vector<std::byte> buffer(fullDigestChunkSize);
+    for (;;) {
+        auto n = platform.read(*file, buffer);
+        if (!n)
+            return n.error();
+        if (*n == 0)
+            break;
+        sha.update(buffer.data(), *n);
+    }
+    return sha.hex();
+}
+
+Result<std::string> sampleDigest(const std::string& path, std::int64_t size,
+                                 platform::Platform& platform) {
+    auto file = platform.openForReading(path);
+    if (!file)
+        return file.error();
+    Sha256 sha;
+    std::vector<std::byte> buffer(sampleBlockSize);
+    if (auto head = hashSpan(platform, *file, sha, buffer, 0, sampleBlockSize); !head)
+        return head.error();
+    if (size > sampleBlockSize) {
+        std::int64_t tailStart =
+            std::max<std::int64_t>(size, 2 * sampleBlockSize) - sampleBlockSize;
+        if (auto tail = hashSpan(platform, *file, sha, buffer, tailStart, sampleBlockSize); !tail)
+            return tail.error();
+    }
+    return sha.hex();
+}
+
+}  // namespace quorrin::Engine

@@ -1,0 +1,24 @@
+// The errors Quorrin raises itself, in the "QUORRIN" domain.
+#pragma once
+
+#include "platform/error.h"
+
+namespace quorrin::Engine {
+
+inline constexpr int fileChangedCode = 1;
+inline constexpr int originalUnavailableCode = 2;
+inline constexpr int categoryDestinationCode = 3;
+
+inline platform::Error fileChangedError() {
+    return platform::Error::quorrin(fileChangedCode, "File changed since scan. Scan again.");
+}
+inline platform::Error originalUnavailableError() {
+    return platform::Error::quorrin(originalUnavailableCode,
+                                    "Matching original is unavailable. File kept.");
+}
+inline platform::Error categoryDestinationError() {
+    return platform::Error::quorrin(categoryDestinationCode,
+                                    "Category destination is not a normal folder.");
+}
+
+}  // namespace quorrin::Engine

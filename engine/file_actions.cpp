@@ -1,0 +1,70 @@
+#include "engine/file_actions.h"
+
+#include "engine/digest.h"
+#include "engine/errors.h"
+#include "engine/paths.h"
+#include "platform/trash.h"
+
+#include <limits>
+#include <stdexcept>
+
+namespace quorrin::Engine {
+
+std::string unique(const std::string& path, platform::Platform& platform) {
+    const auto taken = [&](const std::string& candidate) {
+        auto info = platform.stat(candidate, false);
+        // Only a definite "nothing there" frees a name; any other failure keeps it taken.
+        return info.ok() || !info.error().isErrno(ENOENT);
+    };
+    if (!taken(path))
+        return path;
+    const std::string folder(parentOf(path));
+    const std::string_view extension = pathExtension(path);
+    const std::string_view stem = stemOf(path);
+    for (std::int64_t n = 2;; ++n) {
+        if (n == std::numeric_limits<std::int64_t>::max())
+            throw std::overflow_error("no free name for " + path);
+        std::string name = std::string(stem) + " (" + std::to_string(n) + ")";
+        if (!extension.empty())
+            name += "." + std::string(extension);
+        std::string candidate = appendComponent(folder, name);
+        if (!taken(candidate))
+            return candidate;
+    }
+}
+
+bool unchanged(const Entry& entry, platform::Platform& platform) {
+    auto info = platform.stat(entry.url, false);
+    return info && info->type == platform::FileType::regular && info->size == entry.size &&
+           info->modified == entry.modified;
+}
+
+platform::Status trash(const Entry& entry, bool verifyDuplicate, platform::Platform& platform) {
+    if (!unchanged(entry, platform))
+        return fileChangedError();
+    if (verifyDuplicate) {
+        if (!entry.duplicateOf)
+            return originalUnavailableError();
+        auto original = platform.stat(*entry.duplicateOf, true);
+        if (!original)
+            return originalUnavailableError();
+        // The same file under a second name is no copy: trashing it would trash the original.
+        auto copy = platform.stat(entry.url, true);
+        if (copy && copy->device == original->device && copy->inode == original->inode)
+            return originalUnavailableError();
+        auto copyDigest = digest(entry.url, platform);
+        if (!copyDigest)
+            return copyDigest.error();
+        auto originalDigest = digest(*entry.duplicateOf, platform);
+        if (!originalDigest)
+            return originalDigest.error();
+        if (*copyDigest != *originalDigest)
+            return originalUnavailableError();
+        // Reading both took time: make sure the copy is still the file that was verified.
+        if (!unchanged(entry, platform))
+            return fileChangedError();
+    }
+    return platform::moveToTrash(platform, entry.url);
+}
+
+}  // namespace quorrin::Engine

@@ -1,0 +1,91 @@
+#include "tests/support/fault_platform.h"
+
+namespace quorrin::testing {
+
+std::optional<Error> FaultPlatform::check(const std::string& operation,
+                                          const std::string& argument) {
+    ++calls[operation];
+    if (fault)
+        return fault(operation, argument);
+    return std::nullopt;
+}
+
+std::function<std::optional<Error>(const std::string&, const std::string&)> FaultPlatform::failing(
+    std::string operation, std::string suffix, int errnoValue) {
+    return [=](const std::string& op, const std::string& argument) -> std::optional<Error> {
+        if (op == operation && argument.ends_with(suffix))
+            return Error::fromErrno(errnoValue);
+        return std::nullopt;
+    };
+}
+
+#define QUORRIN_FAULT_CHECK(operation, argument) \
+    if (auto error = check(operation, argument)) \
+    return *error
+
+Result<Fd> FaultPlatform::openDirectory(const std::string& path) {
+    QUORRIN_FAULT_CHECK("openDirectory", path);
+    return LinuxPlatform::openDirectory(path);
+}
+Result<Fd> FaultPlatform::openDirectoryAt(const Fd& parent, const std::string& name) {
+    QUORRIN_FAULT_CHECK("openDirectoryAt", name);
+    return LinuxPlatform::openDirectoryAt(parent, name);
+}
+Result<std::vector<std::string>> FaultPlatform::readDirectory(const Fd& directory) {
+    QUORRIN_FAULT_CHECK("readDirectory", "");
+    return LinuxPlatform::readDirectory(directory);
+}
+Result<FileInfo> FaultPlatform::statAt(const Fd& directory, const std::string& name,
+                                       bool followLinks) {
+    QUORRIN_FAULT_CHECK("statAt", name);
+    return LinuxPlatform::statAt(directory, name, followLinks);
+}
+Result<FileInfo> FaultPlatform::stat(const std::string& path, bool followLinks) {
+    QUORRIN_FAULT_CHECK("stat", path);
+    return LinuxPlatform::stat(path, followLinks);
+}
+Result<Fd> FaultPlatform::openForReading(const std::string& path) {
+    QUORRIN_FAULT_CHECK("openForReading", path);
+    return LinuxPlatform::openForReading(path);
+}
+Result<std::size_t> FaultPlatform::read(const Fd& file, std::span<std::byte> into) {
+    QUORRIN_FAULT_CHECK("read", "");
+    return LinuxPlatform::read(file, into);
+}
+Result<std::size_t> FaultPlatform::readAt(const Fd& file, std::span<std::byte> into,
+                                          std::int64_t offset) {
+    QUORRIN_FAULT_CHECK("readAt", "");
+    return LinuxPlatform::readAt(file, into, offset);
+}
+Status FaultPlatform::makeDirectory(const std::string& path, std::uint32_t mode) {
+    QUORRIN_FAULT_CHECK("makeDirectory", path);
+    return LinuxPlatform::makeDirectory(path, mode);
+}
+Status FaultPlatform::moveNoReplace(const std::string& from, const std::string& to) {
+    QUORRIN_FAULT_CHECK("moveNoReplace", to);
+    return LinuxPlatform::moveNoReplace(from, to);
+}
+Result<Fd> FaultPlatform::createExclusive(const std::string& path, std::uint32_t mode) {
+    QUORRIN_FAULT_CHECK("createExclusive", path);
+    return LinuxPlatform::createExclusive(path, mode);
+}
+Status FaultPlatform::write(const Fd& file, std::span<const std::byte> bytes) {
+    QUORRIN_FAULT_CHECK("write", "");
+    return LinuxPlatform::write(file, bytes);
+}
+Status FaultPlatform::sync(const Fd& file) {
+    QUORRIN_FAULT_CHECK("sync", "");
+    return LinuxPlatform::sync(file);
+}
+Status FaultPlatform::removeFile(const std::string& path) {
+    QUORRIN_FAULT_CHECK("removeFile", path);
+    return LinuxPlatform::removeFile(path);
+}
+platform::UsageDates FaultPlatform::readUsageDates() {
+    ++calls["readUsageDates"];
+    return usageDates ? *usageDates : LinuxPlatform::readUsageDates();
+}
+
+#undef QUORRIN_FAULT_CHECK
+
+}  // namespace quorrin::testing

@@ -1,0 +1,57 @@
+// FaultPlatform: the real Linux platform, with a hook that can fail any primitive on demand.
+#pragma once
+
+#include "platform/linux_platform.h"
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+
+namespace quorrin::testing {
+
+using platform::Error;
+using platform::Fd;
+using platform::FileInfo;
+using platform::Result;
+using platform::Status;
+
+class FaultPlatform : public platform::LinuxPlatform {
+public:
+    // Called before every primitive with its name ("statAt", "read", …) and its path or name
+    // argument (empty for descriptor-only calls); an error returned is returned by the primitive
+    // instead of running it.
+    std::function<std::optional<Error>(const std::string& operation, const std::string& argument)>
+        fault;
+    // How often each primitive was called.
+    std::map<std::string, int> calls;
+    // When set, replaces the recently-used list.
+    std::optional<platform::UsageDates> usageDates;
+
+    Result<Fd> openDirectory(const std::string& path) override;
+    Result<Fd> openDirectoryAt(const Fd& parent, const std::string& name) override;
+    Result<std::vector<std::string>> readDirectory(const Fd& directory) override;
+    Result<FileInfo> statAt(const Fd& directory, const std::string& name,
+                            bool followLinks) override;
+    Result<FileInfo> stat(const std::string& path, bool followLinks) override;
+    Result<Fd> openForReading(const std::string& path) override;
+    Result<std::size_t> read(const Fd& file, std::span<std::byte> into) override;
+    Result<std::size_t> readAt(const Fd& file, std::span<std::byte> into,
+                               std::int64_t offset) override;
+    Status makeDirectory(const std::string& path, std::uint32_t mode) override;
+    Status moveNoReplace(const std::string& from, const std::string& to) override;
+    Result<Fd> createExclusive(const std::string& path, std::uint32_t mode) override;
+    Status write(const Fd& file, std::span<const std::byte> bytes) override;
+    Status sync(const Fd& file) override;
+    Status removeFile(const std::string& path) override;
+    platform::UsageDates readUsageDates() override;
+
+    // A fault that fails `operation` with `errnoValue` whenever its argument ends with `suffix`.
+    static std::function<std::optional<Error>(const std::string&, const std::string&)> failing(
+        std::string operation, std::string suffix, int errnoValue);
+
+private:
+    std::optional<Error> check(const std::string& operation, const std::string& argument);
+};
+
+}  // namespace quorrin::testing
