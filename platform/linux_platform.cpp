@@ -7,12 +7,14 @@
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <thread>
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <pwd.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -198,6 +200,48 @@ Status LinuxPlatform::removeFile(const std::string& path) {
     if (::unlink(path.c_str()) != 0)
         return Error::fromErrno(errno);
     return {};
+}
+
+Status LinuxPlatform::replaceFile(const std::string& from, const std::string& to) {
+    if (::rename(from.c_str(), to.c_str()) != 0)
+        return Error::fromErrno(errno);
+    return {};
+}
+
+Result<std::string> LinuxPlatform::readFile(const std::string& path, std::size_t maxBytes) {
+    auto file = openForReading(path);
+    if (!file)
+        return file.error();
+    std::string content;
+    char buffer[65536];
+    for (;;) {
+        auto n = read(*file, std::as_writable_bytes(std::span(buffer)));
+        if (!n)
+            return n.error();
+        if (*n == 0)
+            break;
+        if (content.size() + *n > maxBytes)
+            return Error::fromErrno(EFBIG);
+        content.append(buffer, *n);
+    }
+    return content;
+}
+
+Result<Fd> LinuxPlatform::lockFile(const std::string& path, bool exclusive,
+                                   std::chrono::milliseconds wait) {
+    auto file = openFd(AT_FDCWD, path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
+    if (!file)
+        return file.error();
+    const auto deadline = std::chrono::steady_clock::now() + wait;
+    for (;;) {
+        if (::flock(file->get(), (exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB) == 0)
+            return std::move(*file);
+        if (errno != EWOULDBLOCK && errno != EINTR)
+            return Error::fromErrno(errno);
+        if (std::chrono::steady_clock::now() >= deadline)
+            return Error::fromErrno(EWOULDBLOCK);
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
 }
 
 std::optional<std::string> LinuxPlatform::environment(const std::string& name) {

@@ -24,6 +24,10 @@ public:
     Status write(const Fd& file, std::span<const std::byte> bytes) override;
     Status sync(const Fd& file) override;
     Status removeFile(const std::string& path) override;
+    Status replaceFile(const std::string& from, const std::string& to) override;
+    Result<std::string> readFile(const std::string& path, std::size_t maxBytes) override;
+    Result<Fd> lockFile(const std::string& path, bool exclusive,
+                        std::chrono::milliseconds wait) override;
     std::optional<std::string> environment(const std::string& name) override;
     std::string homeFolder() override;
     std::uint32_t userId() override;

@@ -10,6 +10,7 @@
 #include "platform/instant.h"
 #include "platform/result.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -65,6 +66,17 @@ public:
     virtual Status sync(const Fd& file) = 0;
     // Removes a file Quorrin itself created (a half-written record), never a user's file.
     virtual Status removeFile(const std::string& path) = 0;
+    // Renames one of Quorrin's own files over another (the last step of an atomic whole-file
+    // write). Never used on a user's file: those move only through moveNoReplace.
+    virtual Status replaceFile(const std::string& from, const std::string& to) = 0;
+    // The whole content of a file, refused with EFBIG when it is larger than `maxBytes`.
+    virtual Result<std::string> readFile(const std::string& path, std::size_t maxBytes) = 0;
+
+    // Advisory locks between Quorrin processes. Opens (creating it, 0600) the lock file at `path`
+    // and takes a shared or exclusive lock on it, waiting at most `wait`; fails with EWOULDBLOCK
+    // when another process still holds it. The lock lasts as long as the returned descriptor.
+    virtual Result<Fd> lockFile(const std::string& path, bool exclusive,
+                                std::chrono::milliseconds wait) = 0;
 
     // The process and its user.
     virtual std::optional<std::string> environment(const std::string& name) = 0;

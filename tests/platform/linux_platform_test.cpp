@@ -145,3 +145,43 @@ TEST(LinuxPlatform, CreateExclusiveRefusesAnExistingFile) {
 
 }  // namespace
 }  // namespace quorrin::platform
+
+namespace quorrin::platform {
+namespace {
+
+using quorrin::testing::TempHome;
+
+TEST(LinuxPlatformFiles, ReadFileIsBoundedAndReplaceFileRenamesOver) {
+    TempHome home;
+    LinuxPlatform platform;
+    std::string file = home.writeFile("data.json", std::string(1000, 'a'));
+    auto whole = platform.readFile(file, 1000);
+    ASSERT_TRUE(whole.ok());
+    EXPECT_EQ(whole->size(), 1000u);
+    auto capped = platform.readFile(file, 999);
+    ASSERT_FALSE(capped.ok());
+    EXPECT_TRUE(capped.error().isErrno(EFBIG));
+
+    std::string fresh = home.writeFile("data.json.tmp", "new");
+    ASSERT_TRUE(platform.replaceFile(fresh, file).ok());
+    EXPECT_EQ(quorrin::testing::readFile(file), "new");
+}
+
+TEST(LinuxPlatformFiles, AnExclusiveLockKeepsOthersOutUntilReleased) {
+    TempHome home;
+    LinuxPlatform platform;
+    std::string lock = home.path("lock");
+    auto first = platform.lockFile(lock, true, std::chrono::milliseconds(0));
+    ASSERT_TRUE(first.ok());
+    // flock locks belong to the open file description: a second open conflicts even in-process.
+    auto second = platform.lockFile(lock, true, std::chrono::milliseconds(50));
+    ASSERT_FALSE(second.ok());
+    EXPECT_TRUE(second.error().isErrno(EWOULDBLOCK));
+    auto shared = platform.lockFile(lock, false, std::chrono::milliseconds(0));
+    EXPECT_FALSE(shared.ok());
+    first->reset();
+    EXPECT_TRUE(platform.lockFile(lock, true, std::chrono::milliseconds(0)).ok());
+}
+
+}  // namespace
+}  // namespace quorrin::platform

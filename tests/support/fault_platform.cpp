@@ -81,6 +81,19 @@ Status FaultPlatform::removeFile(const std::string& path) {
     QUORRIN_FAULT_CHECK("removeFile", path);
     return LinuxPlatform::removeFile(path);
 }
+Status FaultPlatform::replaceFile(const std::string& from, const std::string& to) {
+    QUORRIN_FAULT_CHECK("replaceFile", to);
+    return LinuxPlatform::replaceFile(from, to);
+}
+Result<std::string> FaultPlatform::readFile(const std::string& path, std::size_t maxBytes) {
+    QUORRIN_FAULT_CHECK("readFile", path);
+    return LinuxPlatform::readFile(path, maxBytes);
+}
+Result<Fd> FaultPlatform::lockFile(const std::string& path, bool exclusive,
+                                   std::chrono::milliseconds wait) {
+    QUORRIN_FAULT_CHECK("lockFile", path);
+    return LinuxPlatform::lockFile(path, exclusive, wait);
+}
 platform::UsageDates FaultPlatform::readUsageDates() {
     ++calls["readUsageDates"];
     return usageDates ? *usageDates : LinuxPlatform::readUsageDates();
