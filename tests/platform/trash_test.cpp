@@ -7,7 +7,6 @@
 #include "tests/support/trash_inspection.h"
 
 #include <cerrno>
-#include <regex>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -29,6 +28,19 @@ using quorrin::testing::TempHome;
 
 std::string homeTrash(const TempHome& home) {
     return home.path(".local/share/Trash");
+}
+
+// True for exactly "YYYY-MM-DDThh:mm:ss".
+bool isDateAndTime(const std::string& text) {
+    const std::string shape = "dddd-dd-ddTdd:dd:dd";
+    if (text.size() != shape.size())
+        return false;
+    for (std::size_t i = 0; i < shape.size(); ++i) {
+        bool digit = text[i] >= '0' && text[i] <= '9';
+        if (shape[i] == 'd' ? !digit : text[i] != shape[i])
+            return false;
+    }
+    return true;
 }
 
 TEST(Trash, MovesAFileIntoTheHomeTrashWithItsRecord) {
@@ -54,12 +66,14 @@ TEST(Trash, MovesAFileIntoTheHomeTrashWithItsRecord) {
     ASSERT_EQ(lines.size(), 3u) << text;
     EXPECT_EQ(lines[0], "[Trash Info]");
     EXPECT_EQ(lines[1], "Path=" + percentEncodePath(expectedPath));
-    std::smatch date;
-    ASSERT_TRUE(std::regex_match(lines[2], date,
-                                 std::regex(R"(DeletionDate=(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d))")))
-        << lines[2];
+    const std::string prefix = "DeletionDate=";
+    ASSERT_EQ(lines[2].rfind(prefix, 0), 0u) << lines[2];
+    const std::string date = lines[2].substr(prefix.size());
+    ASSERT_TRUE(isDateAndTime(date)) << date;
     struct tm local {};
-    ASSERT_NE(::strptime(date[1].str().c_str(), "%Y-%m-%dT%H:%M:%S", &local), nullptr);
+    const char* end = ::strptime(date.c_str(), "%Y-%m-%dT%H:%M:%S", &local);
+    ASSERT_NE(end, nullptr);
+    EXPECT_EQ(*end, '\0');
     local.tm_isdst = -1;
     time_t deleted = ::mktime(&local);
     EXPECT_GE(deleted, before - 1);
