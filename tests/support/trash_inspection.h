@@ -1,0 +1,24 @@
+// Looking into a trash folder from a test: its entries, their records, real paths.
+#pragma once
+
+#include "platform/trash_info.h"
+
+#include <string>
+#include <vector>
+
+namespace quorrin::testing {
+
+// The names in a folder, sorted; empty when the folder does not exist.
+std::vector<std::string> namesIn(const std::string& folder);
+
+// The path with every link, "." and ".." resolved, as the trash records it.
+std::string realPath(const std::string& path);
+
+// The parsed .trashinfo file at `path`; fails the test (and returns an empty record) when it cannot
+// be read or parsed.
+platform::TrashInfo readTrashInfo(const std::string& path);
+
+// The lines of a text without their "\n"; a final line without one is kept.
+std::vector<std::string> linesOf(const std::string& text);
+
+}  // namespace quorrin::testing
