@@ -155,22 +155,33 @@ Status LinuxPlatform::makeDirectory(const std::string& path, std::uint32_t mode)
     return {};
 }
 
-Status LinuxPlatform::moveNoReplace(const std::string& from, const std::string& to) {
-    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
-        return {};
+namespace {
+
+// renameat2 with RENAME_NOREPLACE; where the file system refuses the flag, a hard link claims the
+// name without replacing anything, and only a successful link lets the old name go.
+Status moveWithoutReplacing(const std::string& from, int toFolder, const std::string& to) {
+    if (::renameat2(AT_FDCWD, from.c_str(), toFolder, to.c_str(), RENAME_NOREPLACE) == 0) return {};
     int err = errno;
-    // Some file systems refuse the flag; a hard link then claims the name without replacing
-    // anything, and only a successful link lets the old name go.
-    if (err != EINVAL && err != ENOSYS && err != EOPNOTSUPP)
-        return Error::fromErrno(err);
-    if (::link(from.c_str(), to.c_str()) != 0)
+    if (err != EINVAL && err != ENOSYS && err != EOPNOTSUPP) return Error::fromErrno(err);
+    if (::linkat(AT_FDCWD, from.c_str(), toFolder, to.c_str(), 0) != 0)
         return Error::fromErrno(errno);
     if (::unlink(from.c_str()) != 0) {
         err = errno;
-        ::unlink(to.c_str());
+        ::unlinkat(toFolder, to.c_str(), 0);
         return Error::fromErrno(err);
     }
     return {};
+}
+
+}  // namespace
+
+Status LinuxPlatform::moveNoReplace(const std::string& from, const std::string& to) {
+    return moveWithoutReplacing(from, AT_FDCWD, to);
+}
+
+Status LinuxPlatform::moveNoReplaceInto(const std::string& from, const Fd& folder,
+                                        const std::string& name) {
+    return moveWithoutReplacing(from, folder.get(), name);
 }
 
 Result<Fd> LinuxPlatform::createExclusive(const std::string& path, std::uint32_t mode) {

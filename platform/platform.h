@@ -58,6 +58,10 @@ public:
     virtual Status makeDirectory(const std::string& path, std::uint32_t mode) = 0;
     // Moves `from` to `to` and never replaces an item at `to` (fails with EEXIST instead).
     virtual Status moveNoReplace(const std::string& from, const std::string& to) = 0;
+    // The same, into the folder open as `folder` under `name`: a folder swapped for a link after it
+    // was opened is never written through.
+    virtual Status moveNoReplaceInto(const std::string& from, const Fd& folder,
+                                     const std::string& name) = 0;
     // Creates a new file that did not exist (O_EXCL), open for writing.
     virtual Result<Fd> createExclusive(const std::string& path, std::uint32_t mode) = 0;
     // Writes all of `bytes`.

@@ -65,6 +65,11 @@ Status FaultPlatform::moveNoReplace(const std::string& from, const std::string& 
     QUORRIN_FAULT_CHECK("moveNoReplace", to);
     return LinuxPlatform::moveNoReplace(from, to);
 }
+Status FaultPlatform::moveNoReplaceInto(const std::string& from, const Fd& folder,
+                                        const std::string& name) {
+    QUORRIN_FAULT_CHECK("moveNoReplaceInto", name);
+    return LinuxPlatform::moveNoReplaceInto(from, folder, name);
+}
 Result<Fd> FaultPlatform::createExclusive(const std::string& path, std::uint32_t mode) {
     QUORRIN_FAULT_CHECK("createExclusive", path);
     return LinuxPlatform::createExclusive(path, mode);
@@ -98,6 +103,8 @@ platform::UsageDates FaultPlatform::readUsageDates() {
     ++calls["readUsageDates"];
     return usageDates ? *usageDates : LinuxPlatform::readUsageDates();
 }
+
+platform::Instant FaultPlatform::now() { return fixedNow ? *fixedNow : LinuxPlatform::now(); }
 
 #undef QUORRIN_FAULT_CHECK
 

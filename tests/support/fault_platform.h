@@ -25,6 +25,8 @@ public:
         fault;
     // How often each primitive was called.
     std::map<std::string, int> calls;
+    // When set, the clock reads this instant.
+    std::optional<platform::Instant> fixedNow;
     // When set, replaces the recently-used list.
     std::optional<platform::UsageDates> usageDates;
 
@@ -40,6 +42,8 @@ public:
                                std::int64_t offset) override;
     Status makeDirectory(const std::string& path, std::uint32_t mode) override;
     Status moveNoReplace(const std::string& from, const std::string& to) override;
+    Status moveNoReplaceInto(const std::string& from, const Fd& folder,
+                             const std::string& name) override;
     Result<Fd> createExclusive(const std::string& path, std::uint32_t mode) override;
     Status write(const Fd& file, std::span<const std::byte> bytes) override;
     Status sync(const Fd& file) override;
@@ -49,6 +53,7 @@ public:
     Result<Fd> lockFile(const std::string& path, bool exclusive,
                         std::chrono::milliseconds wait) override;
     platform::UsageDates readUsageDates() override;
+    platform::Instant now() override;
 
     // A fault that fails `operation` with `errnoValue` whenever its argument ends with `suffix`.
     static std::function<std::optional<Error>(const std::string&, const std::string&)> failing(
