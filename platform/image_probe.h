@@ -7,8 +7,10 @@
 
 namespace quorrin::platform {
 
-// notOpened when no loader recognises the file; notDecoded when image 0 cannot be reduced to a
-// thumbnail of at most 512 pixels on its longer side with all of its image data read.
+// notOpened when the path is not a regular file that can be opened (a symbolic link is not
+// followed) or no libvips loader recognises its content; notDecoded when image 0 cannot be reduced
+// to a thumbnail of at most 512 pixels on its longer side with all of its image data read, as for
+// a truncated or corrupt file. Nothing is printed. Safe to call from several threads at once.
 ImageProbe probeImageFile(const std::string& path);
 
 }  // namespace quorrin::platform

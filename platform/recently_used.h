@@ -7,8 +7,9 @@
 
 namespace quorrin::platform {
 
-// For each local file in the list, the latest time the list holds for it: visited, modified, or an
-// application's time stamp. A missing or unreadable list gives an empty map.
+// For each local file in the list, the latest time the list holds for it: added, modified,
+// visited, or an application's time stamp. Paths are the bytes the file URIs encode. Entries of
+// other schemes or hosts are left out; a missing, unreadable or malformed list gives an empty map.
 UsageDates readRecentlyUsed(const std::string& xbelPath);
 
 }  // namespace quorrin::platform
