@@ -1,0 +1,60 @@
+// HistoryFile: reading the undo history defensively and writing it whole and durably.
+#include "store/history_file.h"
+
+#include "engine/paths.h"
+#include "store/atomic_write.h"
+#include "store/errors.h"
+#include "store/json_text.h"
+#include "store/locations.h"
+
+#include <nlohmann/json.hpp>
+
+namespace quorrin::store {
+
+std::string encodeRecord(const MoveRecord& record) {
+    // The object's members are kept in key order, which puts "from" before "to".
+    return Engine::encode(record).dump();
+}
+
+HistoryFile::HistoryFile(std::string path, platform::Platform& platform)
+    : path_(std::move(path)), platform_(platform) {}
+
+std::vector<MoveRecord> HistoryFile::read() const {
+    auto text = platform_.readFile(path_, stateFileLimit);
+    if (!text)
+        return {};
+    auto document = parseJsonText(*text);
+    if (!document || !document->is_array())
+        return {};
+    std::vector<MoveRecord> records;
+    records.reserve(document->size());
+    for (const auto& element : *document) {
+        auto record = Engine::decodeMoveRecord(element);
+        if (!record)
+            return {};
+        records.push_back(std::move(*record));
+    }
+    return records;
+}
+
+platform::Status HistoryFile::write(const std::vector<MoveRecord>& records) const {
+    std::string text = "[";
+    for (const auto& record : records) {
+        if (!Engine::validUtf8(record.from) || !Engine::validUtf8(record.to))
+            return invalidFileNameError();
+        if (text.size() > 1)
+            text += ',';
+        text += encodeRecord(record);
+    }
+    text += ']';
+    return writeText(text);
+}
+
+platform::Status HistoryFile::writeText(std::string_view text) const {
+    if (platform::Status folder = ensureFolder(std::string(Engine::parentOf(path_)), platform_);
+        !folder)
+        return folder;
+    return writeAtomically(path_, text, platform_);
+}
+
+}  // namespace quorrin::store

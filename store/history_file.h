@@ -1,0 +1,42 @@
+// HistoryFile: the undo history on disk, a JSON array of move records, oldest first.
+#pragma once
+
+#include "engine/move_record.h"
+#include "platform/platform.h"
+
+#include <string>
+#include <vector>
+
+namespace quorrin::store {
+
+using Engine::MoveRecord;
+
+// The stored text of one record: {"from":…,"to":…}, compact, members in that order. Both paths
+// must be valid UTF-8.
+std::string encodeRecord(const MoveRecord& record);
+
+class HistoryFile {
+public:
+    explicit HistoryFile(std::string path, platform::Platform& platform = platform::system());
+
+    const std::string& path() const { return path_; }
+
+    // The records in the file. A missing, unreadable, oversized, deeply nested or non-UTF-8 file,
+    // or one that is not an array of records each with a string "from" and "to", gives an empty
+    // history: one bad element spoils the whole file, so no partial history is ever acted on.
+    std::vector<MoveRecord> read() const;
+
+    // Replaces the file with exactly `records`, durably (see writeAtomically), creating its folder
+    // when needed. Refused with invalidFileNameError(), writing nothing, when any path is not
+    // valid UTF-8.
+    platform::Status write(const std::vector<MoveRecord>& records) const;
+
+    // Replaces the file with `text`, the complete encoded history.
+    platform::Status writeText(std::string_view text) const;
+
+private:
+    std::string path_;
+    platform::Platform& platform_;
+};
+
+}  // namespace quorrin::store

@@ -1,0 +1,51 @@
+// Settings: the user's saved choices, one JSON object file with the keys "roots", "kept",
+// "weeks" and "lastReview".
+#pragma once
+
+#include "platform/platform.h"
+
+#include <cstdint>
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quorrin::store {
+
+// What the file holds; a key that is missing or has the wrong type is absent.
+struct SettingsValues {
+    std::optional<std::vector<std::string>> roots;  // connected folders, in the order connected
+    std::optional<std::vector<std::string>> kept;   // ids of the files kept
+    std::optional<std::int64_t> weeks;              // as stored; the Store applies its bounds
+    std::optional<platform::Instant> lastReview;    // when the weekly review was last done
+};
+
+// Reading takes no lock: the file is only ever replaced whole. Each write re-reads the file under
+// an exclusive lock ("<path>.lock") and replaces only its own key, keeping every other key (those
+// of other Quorrin versions included), then replaces the file atomically. A file that cannot be
+// parsed reads as empty and, before the first write, is moved aside to "<path>.bad" (or
+// ".bad.2", ".bad.3", … when that name is taken) rather than lost.
+class Settings {
+public:
+    explicit Settings(std::string path, platform::Platform& platform = platform::system());
+
+    const std::string& path() const { return path_; }
+
+    SettingsValues read() const;
+
+    // Strings that are not valid UTF-8 are refused with invalidFileNameError(), writing nothing.
+    platform::Status writeRoots(const std::vector<std::string>& roots);
+    platform::Status writeKept(const std::vector<std::string>& kept);
+    platform::Status writeWeeks(std::int64_t weeks);
+    // Stored to the millisecond, e.g. "2026-11-21T09:48:45.123Z".
+    platform::Status writeLastReview(platform::Instant when);
+
+private:
+    platform::Status writeKey(const char* key, const nlohmann::json& value);
+    platform::Status writeStrings(const char* key, const std::vector<std::string>& strings);
+
+    std::string path_;
+    platform::Platform& platform_;
+};
+
+}  // namespace quorrin::store
