@@ -1,0 +1,46 @@
+#include "cli/session.h"
+
+#include <ostream>
+
+namespace quorrin::cli {
+
+Session::Session(const CliContext& context, std::ostream& err)
+    : store_(std::make_unique<store::Store>(executor_, context.platform)),
+      err_(err),
+      showProgress_(context.progressOnTerminal) {
+    store_->setTestHooks(context.hooks);
+    store_->addObserver(this);
+}
+
+Session::~Session() {
+    store_->removeObserver(this);
+    // The Store goes before the executor, which then waits for any thread still running.
+    store_.reset();
+}
+
+void Session::finish() {
+    executor_.runUntil([&] { return !store_->busy(); });
+    if (progressShown_) {
+        err_ << "\r\033[K" << std::flush;
+        progressShown_ = false;
+    }
+}
+
+std::vector<std::string> Session::takeNewLines() {
+    const auto& activity = store_->activity();
+    std::vector<std::string> lines;
+    for (std::size_t i = activity.size() - linesSeen_; i-- > 0;)
+        lines.push_back(activity[i].text());
+    linesSeen_ = activity.size();
+    return lines;
+}
+
+void Session::changed(store::Property property) {
+    // Progress rewrites one line of a terminal while an operation runs.
+    if (!showProgress_ || property != store::Property::status || !store_->busy())
+        return;
+    err_ << "\r\033[K" << store_->status() << std::flush;
+    progressShown_ = true;
+}
+
+}  // namespace quorrin::cli

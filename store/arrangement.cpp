@@ -1,0 +1,190 @@
+#include "store/arrangement.h"
+
+#include "engine/errors.h"
+#include "engine/file_actions.h"
+#include "engine/paths.h"
+#include "engine/tables.h"
+#include "store/history_file.h"
+#include "store/history_lock.h"
+#include "store/history_writer.h"
+
+namespace quorrin::store {
+namespace {
+
+using Engine::Entry;
+using Engine::MoveRecord;
+using platform::Error;
+using platform::Fd;
+using platform::Result;
+
+// Folder names "01 Videos" … "05 Installers and ZIP" and "06 Other Files".
+bool ordinaryCategoryName(std::string_view name) {
+    for (const auto& row : Engine::categories())
+        if (row.name == name)
+            return true;
+    return name == Engine::otherFilesCategory;
+}
+
+std::string_view withoutTrailingSlash(std::string_view path) {
+    while (path.size() > 1 && path.back() == '/')
+        path.remove_suffix(1);
+    return path;
+}
+
+std::string nameOf(const Entry& entry) {
+    return std::string(Engine::lastComponent(entry.url));
+}
+
+// The category folder inside the root, created when missing, opened without following a link;
+// anything but a real folder there is refused.
+Result<Fd> openCategoryFolder(const std::string& root, std::string_view category,
+                              platform::Platform& platform) {
+    const std::string path = Engine::appendComponent(root, category);
+    auto info = platform.stat(path, false);
+    if (!info) {
+        if (!info.error().isErrno(ENOENT))
+            return info.error();
+        auto made = platform.makeDirectory(path, 0777);
+        if (!made && !made.error().isErrno(EEXIST))
+            return made.error();
+    } else if (info->type != platform::FileType::directory) {
+        return Engine::categoryDestinationError();
+    }
+    auto rootFolder = platform.openDirectory(root);
+    if (!rootFolder)
+        return rootFolder.error();
+    auto folder = platform.openDirectoryAt(*rootFolder, std::string(category));
+    if (!folder) {
+        // A link or a file put there after the check.
+        if (folder.error().isErrno(ELOOP) || folder.error().isErrno(ENOTDIR))
+            return Engine::categoryDestinationError();
+        return folder.error();
+    }
+    return folder;
+}
+
+class Run {
+public:
+    Run(const ArrangementRequest& request, platform::Platform& platform, HistoryWriter& writer,
+        ArrangementResult& result)
+        : request_(request), platform_(platform), writer_(writer), result_(result) {}
+
+    void trashDuplicates() {
+        if (!request_.autoDuplicates)
+            return;
+        for (const Entry& file : request_.files) {
+            if (!file.duplicateOf || file.category == Engine::projectsCategory)
+                continue;
+            if (request_.kept.contains(file.id()))
+                continue;
+            if (!looseInRoot(file) && !inOrdinaryCategoryFolder(file))
+                continue;
+            if (auto trashed = Engine::trash(file, true, platform_); trashed)
+                result_.trashed.insert(file.id());
+            else
+                result_.messages.push_back("Kept " + nameOf(file) + ": " +
+                                           trashed.error().description);
+        }
+    }
+
+    void arrangeFiles() {
+        for (const Entry& file : request_.files) {
+            if (result_.trashed.contains(file.id()) || request_.kept.contains(file.id()))
+                continue;
+            bool toMove = looseInRoot(file) || (file.category == Engine::projectsCategory &&
+                                                inOrdinaryCategoryFolder(file));
+            if (toMove)
+                moveFile(file);
+        }
+    }
+
+private:
+    void moveFile(const Entry& file) {
+        const std::string name = nameOf(file);
+        if (!Engine::unchanged(file, platform_)) {
+            result_.messages.push_back("Changed file skipped: " + name);
+            return;
+        }
+        // A path that cannot be written into the history cannot be moved safely.
+        if (!Engine::validUtf8(file.url) || !Engine::validUtf8(file.root.str())) {
+            result_.messages.push_back("Could not move " + name +
+                                       ": File name is not valid UTF-8.");
+            return;
+        }
+        auto moved = tryMove(file, name);
+        if (!moved)
+            result_.messages.push_back("Could not move " + name + ": " + moved.error().description);
+    }
+
+    platform::Status tryMove(const Entry& file, const std::string& name) {
+        const std::string root(withoutTrailingSlash(file.root.str()));
+        // A name taken between choosing it and moving is never overwritten: choose again.
+        constexpr int attempts = 3;
+        Error lastError = Error::fromErrno(EEXIST);
+        for (int attempt = 0; attempt < attempts; ++attempt) {
+            auto folder = openCategoryFolder(root, file.category, platform_);
+            if (!folder)
+                return folder.error();
+            const std::string target = Engine::unique(
+                Engine::appendComponent(Engine::appendComponent(root, file.category), name),
+                platform_);
+            MoveRecord record{file.url, target};
+            if (auto written = writer_.append(record); !written)
+                return written.error();
+            auto moved = platform_.moveNoReplaceInto(file.url, *folder,
+                                                     std::string(Engine::lastComponent(target)));
+            if (moved) {
+                result_.newMoves.push_back(record);
+                return {};
+            }
+            lastError = moved.error();
+            if (!lastError.isErrno(EEXIST))
+                break;
+        }
+        return lastError;
+    }
+
+    const ArrangementRequest& request_;
+    platform::Platform& platform_;
+    HistoryWriter& writer_;
+    ArrangementResult& result_;
+};
+
+}  // namespace
+
+bool looseInRoot(const Entry& entry) {
+    return withoutTrailingSlash(Engine::parentOf(entry.url)) ==
+           withoutTrailingSlash(entry.root.str());
+}
+
+bool inOrdinaryCategoryFolder(const Entry& entry) {
+    std::string_view parent = Engine::parentOf(entry.url);
+    return withoutTrailingSlash(Engine::parentOf(parent)) ==
+               withoutTrailingSlash(entry.root.str()) &&
+           ordinaryCategoryName(Engine::lastComponent(parent));
+}
+
+ArrangementResult arrange(const ArrangementRequest& request, platform::Platform& platform) {
+    ArrangementResult result;
+    auto lock = HistoryLock::acquire(request.historyPath, historyLockWait, platform);
+    if (!lock) {
+        result.locked = false;
+        return result;
+    }
+    // Start from the history as it is on disk now: another process may have added to it.
+    result.history = HistoryFile(request.historyPath, platform).read();
+    HistoryWriter writer(request.historyPath, result.history, platform);
+    Run run(request, platform, writer, result);
+    run.trashDuplicates();
+    run.arrangeFiles();
+
+    // The history written before each move also lists moves that then failed; the final write
+    // keeps only those that happened.
+    std::vector<MoveRecord> all = result.history;
+    all.insert(all.end(), result.newMoves.begin(), result.newMoves.end());
+    if (auto saved = HistoryFile(request.historyPath, platform).write(all); !saved)
+        result.saveError = saved.error().description;
+    return result;
+}
+
+}  // namespace quorrin::store

@@ -1,0 +1,44 @@
+// The arrangement behind Start: duplicates to the Trash, then loose files into category folders.
+#pragma once
+
+#include "engine/entry.h"
+#include "engine/move_record.h"
+#include "platform/platform.h"
+
+#include <optional>
+#include <set>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace quorrin::store {
+
+struct ArrangementRequest {
+    std::vector<Engine::Entry> files;  // as the scan found them
+    bool autoDuplicates = true;
+    std::set<std::string> kept;
+    std::string historyPath;
+};
+
+struct ArrangementResult {
+    // False when another process held the history: then nothing was changed at all.
+    bool locked = true;
+    // The history as it stood when the run began (read under the lock), then this run's moves.
+    std::vector<Engine::MoveRecord> history;
+    std::vector<Engine::MoveRecord> newMoves;  // in the order performed
+    std::vector<std::string> messages;         // skipped and failed files, in the order met
+    std::unordered_set<std::string> trashed;   // ids sent to the Trash
+    std::optional<std::string> saveError;      // the final history write failed with this text
+};
+
+// Runs on a background thread with copies. Holds the history lock for the whole run, writes the
+// history before every single move, and never overwrites: every move is a no-replace move into a
+// category folder opened without following links.
+ArrangementResult arrange(const ArrangementRequest& request, platform::Platform& platform);
+
+// Whether the entry lies loose in its root, or in one of the category folders "01 Videos" to
+// "06 Other Files" directly inside it.
+bool looseInRoot(const Engine::Entry& entry);
+bool inOrdinaryCategoryFolder(const Engine::Entry& entry);
+
+}  // namespace quorrin::store

@@ -1,0 +1,136 @@
+#include "store/store.h"
+
+#include "engine/paths.h"
+#include "store/history_file.h"
+#include "store/locations.h"
+
+#include <algorithm>
+
+namespace quorrin::store {
+
+Store::Store(Executor& executor, platform::Platform& platform, FolderChooser chooser)
+    : executor_(executor),
+      platform_(platform),
+      chooser_(std::move(chooser)),
+      settings_(settingsPath(platform), platform),
+      logPath_(historyPath(platform)),
+      self_(std::make_shared<Store*>(this)) {
+    SettingsValues saved = settings_.read();
+    if (saved.kept)
+        kept_ = std::set<std::string>(saved.kept->begin(), saved.kept->end());
+    if (saved.roots) {
+        roots_ = *saved.roots;
+    } else {
+        const std::string home = platform.homeFolder();
+        for (const char* name : {"Documents", "Downloads", "Desktop"})
+            roots_.push_back(Engine::appendComponent(home, name));
+    }
+    // A missing folder only means the history cannot be written later; that is reported then.
+    (void)ensureFolder(std::string(Engine::parentOf(logPath_)), platform);
+    moves_ = HistoryFile(logPath_, platform).read();
+    const std::int64_t storedWeeks = saved.weeks.value_or(0);
+    weeks_ = storedWeeks == 0 ? 4 : std::max<std::int64_t>(storedWeeks, 1);
+}
+
+Store::~Store() {
+    *self_ = nullptr;
+}
+
+void Store::set(Property property) {
+    for (StoreObserver* observer : observers_)
+        observer->changed(property);
+}
+
+void Store::addObserver(StoreObserver* observer) {
+    observers_.push_back(observer);
+}
+
+void Store::removeObserver(StoreObserver* observer) {
+    std::erase(observers_, observer);
+}
+
+void Store::setBusy(bool busy) {
+    if (busy_ == busy)
+        return;
+    busy_ = busy;
+    set(Property::busy);
+}
+
+void Store::setStatus(std::string status) {
+    status_ = std::move(status);
+    set(Property::status);
+}
+
+void Store::setWeeks(std::int64_t weeks) {
+    weeks = std::clamp<std::int64_t>(weeks, 1, 52);
+    (void)settings_.writeWeeks(weeks);
+    if (weeks_ == weeks)
+        return;
+    weeks_ = weeks;
+    set(Property::weeks);
+}
+
+void Store::setAutoDuplicates(bool on) {
+    if (autoDuplicates_ == on)
+        return;
+    autoDuplicates_ = on;
+    set(Property::autoDuplicates);
+}
+
+void Store::setInspect(bool on) {
+    if (inspect_ == on)
+        return;
+    inspect_ = on;
+    set(Property::inspect);
+}
+
+void Store::log(std::string text) {
+    activity_.emplace_front(text);
+    set(Property::activity);
+    setStatus(std::move(text));
+}
+
+void Store::postTo(const std::weak_ptr<Store*>& store, Executor& executor,
+                   std::function<void(Store&)> work) {
+    executor.postToMain([store, work = std::move(work)] {
+        auto alive = store.lock();
+        if (alive && *alive)
+            work(**alive);
+    });
+}
+
+std::function<void(const std::string&)> Store::progressPoster() {
+    std::weak_ptr<Store*> weak = self_;
+    Executor* executor = &executor_;
+    return [weak, executor](const std::string& text) {
+        executor->postToMain([weak, text] {
+            auto alive = weak.lock();
+            if (alive && *alive && (*alive)->busy_)
+                (*alive)->setStatus(text);
+        });
+    };
+}
+
+void Store::keep(const Entry& entry) {
+    const std::string name(Engine::lastComponent(entry.url));
+    if (!Engine::validUtf8(entry.id())) {
+        log("Could not keep " + name + ": File name is not valid UTF-8.");
+        return;
+    }
+    kept_.insert(entry.id());
+    saveKept();
+    log("Kept: " + name);
+}
+
+void Store::unkeep(const Entry& entry) {
+    kept_.erase(entry.id());
+    saveKept();
+}
+
+void Store::saveKept() {
+    // Writing the settings cannot fail visibly: the set in memory stays as it is.
+    (void)settings_.writeKept(std::vector<std::string>(kept_.begin(), kept_.end()));
+    set(Property::kept);
+}
+
+}  // namespace quorrin::store

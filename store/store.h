@@ -1,0 +1,159 @@
+// Store: the one application-state object; its methods are the user's operations.
+//
+// The Store belongs to one main thread: every property is read and written there, and every
+// method is called there. Long operations (scans, Start, Find files, clearing) set `busy`, do their
+// file work on a background thread through the Executor with copies of what they need, and publish
+// their results back on the main thread; `busy` is the only guard against overlapping operations.
+#pragma once
+
+#include "engine/activity.h"
+#include "engine/entry.h"
+#include "engine/move_record.h"
+#include "platform/platform.h"
+#include "store/arrangement.h"
+#include "store/executor.h"
+#include "store/history_lock.h"
+#include "store/settings.h"
+#include "store/store_observer.h"
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace quorrin::store {
+
+using Engine::Activity;
+using Engine::Entry;
+using Engine::MoveRecord;
+
+// The folders the user chose, or absent when the chooser was cancelled.
+using FolderChooser = std::function<std::optional<std::vector<std::string>>()>;
+
+// What a scan button asks for: Start is {.organize = true}; the file pages ask for one check.
+struct ScanChoice {
+    bool organize = false;
+    bool duplicates = false;
+    bool health = false;
+    bool usageDates = false;
+};
+
+// Seams for tests that need to act at an exact moment of an operation.
+struct StoreTestHooks {
+    // Runs on the background thread after Start's scan was published, before anything moves.
+    std::function<void()> beforeArrangement;
+};
+
+inline constexpr const char* initialStatus = "Your space. In order.";
+inline constexpr const char* lockBusyMessage = historyBusyText;
+
+class Store {
+public:
+    explicit Store(Executor& executor, platform::Platform& platform = platform::system(),
+                   FolderChooser chooser = {});
+    ~Store();
+    Store(const Store&) = delete;
+    Store& operator=(const Store&) = delete;
+
+    // Published properties.
+    const std::vector<std::string>& roots() const { return roots_; }
+    const std::vector<Entry>& files() const { return files_; }
+    const std::vector<Entry>& olderFiles() const { return olderFiles_; }
+    bool olderScanned() const { return olderScanned_; }
+    bool busy() const { return busy_; }
+    const std::string& status() const { return status_; }
+    const std::deque<Activity>& activity() const { return activity_; }  // newest first
+    const std::set<std::string>& kept() const { return kept_; }
+    std::int64_t weeks() const { return weeks_; }
+    bool autoDuplicates() const { return autoDuplicates_; }
+    bool inspect() const { return inspect_; }
+    bool duplicatesChecked() const { return duplicatesChecked_; }
+    bool healthChecked() const { return healthChecked_; }
+    const std::vector<MoveRecord>& moves() const { return moves_; }
+
+    // The three properties the views write. setWeeks clamps to 1…52 and saves "weeks".
+    void setWeeks(std::int64_t weeks);
+    void setAutoDuplicates(bool on);
+    void setInspect(bool on);
+
+    void addObserver(StoreObserver* observer);
+    void removeObserver(StoreObserver* observer);
+    void setTestHooks(StoreTestHooks hooks) { hooks_ = std::move(hooks); }
+
+    // Connected folders.
+    void addFolder();
+    // Connects `paths` by the rules of "Add folder", as if the chooser had returned them.
+    void addFolders(const std::vector<std::string>& paths);
+    void removeFolders(const std::vector<std::string>& paths);
+    void saveRoots();
+
+    // Start and the page scans.
+    void scan(ScanChoice choice);
+    // "Find files": reads the dates of every file in the connected folders.
+    void scanOlder();
+
+    // Kept files and clearing.
+    void keep(const Entry& entry);
+    void unkeep(const Entry& entry);
+    void clear(std::vector<Entry> entries, bool duplicates = false);
+
+    // Puts back the files that arrangements moved.
+    void undo();
+
+    // Activity and the weekly Downloads review.
+    void log(std::string text);
+    std::vector<Entry> stale() const;
+    std::vector<Entry> stale(platform::Instant now) const;
+    bool reviewDue() const;
+    bool reviewDue(platform::Instant now) const;
+    void markReviewDone();
+
+    // Where the undo history lives.
+    const std::string& logPath() const { return logPath_; }
+
+private:
+    void set(Property property);
+    void setBusy(bool busy);
+    void setStatus(std::string status);
+    // A callback for background work that posts progress texts to the main thread; it holds the
+    // Store only weakly and drops texts that arrive after the operation ended.
+    std::function<void(const std::string&)> progressPoster();
+    // From any thread: runs `work` on the main thread later, unless the Store is gone by then.
+    static void postTo(const std::weak_ptr<Store*>& store, Executor& executor,
+                       std::function<void(Store&)> work);
+
+    void publishScan(std::vector<Entry> files, std::vector<std::string> notes, ScanChoice choice,
+                     bool inspect, bool compareDuplicates, bool readUsageDates);
+    void startArrangement(std::vector<std::string> notes);
+    void finishArrangement(ArrangementResult outcome, std::vector<std::string> notes);
+    void saveKept();
+
+    Executor& executor_;
+    platform::Platform& platform_;
+    FolderChooser chooser_;
+    StoreTestHooks hooks_;
+    Settings settings_;
+    std::string logPath_;
+    std::shared_ptr<Store*> self_;
+    std::vector<StoreObserver*> observers_;
+
+    std::vector<std::string> roots_;
+    std::vector<Entry> files_;
+    std::vector<Entry> olderFiles_;
+    bool olderScanned_ = false;
+    bool busy_ = false;
+    std::string status_ = initialStatus;
+    std::deque<Activity> activity_;
+    std::set<std::string> kept_;
+    std::int64_t weeks_ = 4;
+    bool autoDuplicates_ = true;
+    bool inspect_ = true;
+    bool duplicatesChecked_ = false;
+    bool healthChecked_ = false;
+    std::vector<MoveRecord> moves_;
+};
+
+}  // namespace quorrin::store

@@ -1,0 +1,90 @@
+// The Store's changes to files chosen by the user: clearing to the Trash, and undo.
+#include "engine/file_actions.h"
+#include "engine/paths.h"
+#include "store/history_file.h"
+#include "store/history_lock.h"
+#include "store/store.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace quorrin::store {
+
+void Store::clear(std::vector<Entry> entries, bool duplicates) {
+    if (busy_ || entries.empty())
+        return;
+    setBusy(true);
+    std::erase_if(entries, [&](const Entry& entry) { return kept_.contains(entry.id()); });
+    std::weak_ptr<Store*> weak = self_;
+    Executor& executor = executor_;
+    platform::Platform& platform = platform_;
+    executor_.runInBackground([=, &executor, &platform, entries = std::move(entries)] {
+        std::unordered_set<std::string> removed;
+        std::vector<std::string> messages;
+        for (const Entry& entry : entries) {
+            if (auto trashed = Engine::trash(entry, duplicates, platform); trashed)
+                removed.insert(entry.id());
+            else
+                messages.push_back("Kept " + std::string(Engine::lastComponent(entry.url)) + ": " +
+                                   trashed.error().description);
+        }
+        postTo(weak, executor,
+               [removed = std::move(removed), messages = std::move(messages)](Store& store) {
+                   std::erase_if(store.files_,
+                                 [&](const Entry& entry) { return removed.contains(entry.id()); });
+                   store.set(Property::files);
+                   for (const std::string& message : messages)
+                       store.log(message);
+                   store.log(std::to_string(removed.size()) + " files moved to Trash");
+                   store.setBusy(false);
+               });
+    });
+}
+
+void Store::undo() {
+    if (busy_ || moves_.empty())
+        return;
+    setBusy(true);
+    auto lock = HistoryLock::acquire(logPath_, historyLockWait, platform_);
+    if (!lock) {
+        log(lockBusyMessage);
+        setBusy(false);
+        return;
+    }
+    // Start from the history on disk: another window or command may have added to it.
+    HistoryFile history(logPath_, platform_);
+    std::vector<MoveRecord> records = history.read();
+    if (records.empty())
+        records = moves_;
+
+    const auto present = [&](const std::string& path) {
+        auto info = platform_.stat(path, false);
+        return info.ok() || !info.error().isErrno(ENOENT);
+    };
+    int restored = 0;
+    std::vector<MoveRecord> remaining;
+    for (auto record = records.rbegin(); record != records.rend(); ++record) {
+        if (present(record->to) && !present(record->from)) {
+            if (auto moved = platform_.moveNoReplace(record->to, record->from); moved) {
+                ++restored;
+                continue;
+            } else {
+                remaining.push_back(*record);
+                log(moved.error().description);
+            }
+        } else {
+            remaining.push_back(*record);
+        }
+    }
+    std::reverse(remaining.begin(), remaining.end());
+    moves_ = std::move(remaining);
+    set(Property::moves);
+    (void)history.write(moves_);  // a failure leaves the old file; its records are re-checked
+    files_.clear();
+    set(Property::files);
+    log("Restored " + std::to_string(restored) +
+        " arranged files. Trashed files can be restored from Finder Trash.");
+    setBusy(false);
+}
+
+}  // namespace quorrin::store

@@ -1,0 +1,175 @@
+// The Store's scans: Start (scan, then arrange), the page scans, and the find-older run.
+#include "engine/scanner.h"
+#include "store/store.h"
+
+#include <unordered_map>
+
+namespace quorrin::store {
+namespace {
+
+std::string firstStatus(const ScanChoice& choice) {
+    if (choice.organize)
+        return "Scanning before organizing…";
+    if (choice.duplicates)
+        return "Comparing full file content. Large videos take longer…";
+    if (choice.health)
+        return "Checking image / PDF readability…";
+    if (choice.usageDates)
+        return "Reading last-used history…";
+    return "Quick scan • reading filenames and dates…";
+}
+
+}  // namespace
+
+void Store::scan(ScanChoice choice) {
+    if (busy_)
+        return;
+    setBusy(true);
+    setStatus(firstStatus(choice));
+    const bool inspect = choice.health && inspect_;
+    const bool compareDuplicates = choice.duplicates || (choice.organize && autoDuplicates_);
+    Engine::ScanRequest request{.roots = roots_,
+                                .inspect = inspect,
+                                .compareDuplicates = compareDuplicates,
+                                .includeProjects = false,
+                                .readUsageDates = choice.usageDates,
+                                .progress = progressPoster()};
+    std::weak_ptr<Store*> weak = self_;
+    Executor& executor = executor_;
+    platform::Platform& platform = platform_;
+    executor_.runInBackground([=, &executor, &platform] {
+        Engine::ScanResult result = Engine::scan(request, platform);
+        postTo(weak, executor, [=, result = std::move(result)](Store& store) mutable {
+            store.publishScan(std::move(result.files), std::move(result.notes), choice, inspect,
+                              compareDuplicates, request.readUsageDates);
+        });
+    });
+}
+
+void Store::publishScan(std::vector<Entry> files, std::vector<std::string> notes, ScanChoice choice,
+                        bool inspect, bool compareDuplicates, bool readUsageDates) {
+    files_ = std::move(files);
+    set(Property::files);
+    duplicatesChecked_ = compareDuplicates;
+    set(Property::duplicatesChecked);
+    healthChecked_ = inspect;
+    set(Property::healthChecked);
+    for (const std::string& note : notes)
+        log(note);
+    if (!choice.organize) {
+        const char* kind = compareDuplicates ? "Duplicate check"
+                           : inspect         ? "Health check"
+                           : readUsageDates  ? "Usage check"
+                                             : "Quick scan";
+        log(std::string(kind) + " complete • " + std::to_string(files_.size()) + " files • " +
+            std::to_string(notes.size()) + " notes");
+        setBusy(false);
+        return;
+    }
+    startArrangement(std::move(notes));
+}
+
+void Store::startArrangement(std::vector<std::string> notes) {
+    setStatus("Organizing your files…");
+    ArrangementRequest request{
+        .files = files_, .autoDuplicates = autoDuplicates_, .kept = kept_, .historyPath = logPath_};
+    std::weak_ptr<Store*> weak = self_;
+    Executor& executor = executor_;
+    platform::Platform& platform = platform_;
+    std::function<void()> beforeArrangement = hooks_.beforeArrangement;
+    executor_.runInBackground([=, &executor, &platform, notes = std::move(notes)]() mutable {
+        if (beforeArrangement)
+            beforeArrangement();
+        ArrangementResult result = arrange(request, platform);
+        postTo(weak, executor,
+               [result = std::move(result), notes = std::move(notes)](Store& store) mutable {
+                   store.finishArrangement(std::move(result), std::move(notes));
+               });
+    });
+}
+
+void Store::finishArrangement(ArrangementResult outcome, std::vector<std::string> notes) {
+    if (!outcome.locked) {
+        log(lockBusyMessage);
+        setBusy(false);
+        return;
+    }
+    moves_ = std::move(outcome.history);
+    moves_.insert(moves_.end(), outcome.newMoves.begin(), outcome.newMoves.end());
+    set(Property::moves);
+    if (outcome.saveError)
+        log("Could not save undo history: " + *outcome.saveError);
+
+    std::unordered_map<std::string, std::string> movedTo;
+    for (const MoveRecord& move : outcome.newMoves)
+        movedTo[move.from] = move.to;
+    std::vector<Entry> updated;
+    updated.reserve(files_.size());
+    for (Entry& entry : files_) {
+        if (outcome.trashed.contains(entry.id()))
+            continue;
+        if (auto moved = movedTo.find(entry.url); moved != movedTo.end()) {
+            entry.url = moved->second;
+            if (entry.duplicateOf) {
+                if (auto original = movedTo.find(*entry.duplicateOf); original != movedTo.end())
+                    entry.duplicateOf = original->second;
+            }
+        }
+        updated.push_back(std::move(entry));
+    }
+    files_ = std::move(updated);
+    set(Property::files);
+
+    for (const std::string& message : outcome.messages)
+        log(message);
+
+    if (outcome.newMoves.empty() && outcome.trashed.empty()) {
+        std::vector<std::string> reasons = notes;
+        reasons.insert(reasons.end(), outcome.messages.begin(), outcome.messages.end());
+        if (reasons.empty())
+            log("No loose files need arrangement. Existing folders are preserved; no loose files "
+                "need sorting.");
+        else
+            log("No files changed • " + reasons.front());
+    } else {
+        std::string summary = "Done • " + std::to_string(outcome.newMoves.size()) +
+                              " files arranged • " + std::to_string(outcome.trashed.size()) +
+                              " duplicates sent to Trash";
+        if (!notes.empty() || !outcome.messages.empty())
+            summary += " • See Activity for skipped files";
+        log(summary);
+    }
+    setBusy(false);
+}
+
+void Store::scanOlder() {
+    if (busy_)
+        return;
+    setBusy(true);
+    setStatus("Reading file dates in connected folders…");
+    Engine::ScanRequest request{.roots = roots_,
+                                .inspect = false,
+                                .compareDuplicates = false,
+                                .includeProjects = true,
+                                .progress = progressPoster()};
+    std::weak_ptr<Store*> weak = self_;
+    Executor& executor = executor_;
+    platform::Platform& platform = platform_;
+    executor_.runInBackground([=, &executor, &platform] {
+        Engine::ScanResult result = Engine::scan(request, platform);
+        postTo(weak, executor, [result = std::move(result)](Store& store) mutable {
+            store.olderFiles_ = std::move(result.files);
+            store.set(Property::olderFiles);
+            store.olderScanned_ = true;
+            store.set(Property::olderScanned);
+            for (const std::string& note : result.notes)
+                store.log(note);
+            store.log("FindOlder • " + std::to_string(store.olderFiles_.size()) +
+                      " files checked • " + std::to_string(result.notes.size()) +
+                      " access notes. No files changed.");
+            store.setBusy(false);
+        });
+    });
+}
+
+}  // namespace quorrin::store

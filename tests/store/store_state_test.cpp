@@ -1,0 +1,118 @@
+// Store construction: defaults, restored settings and history, the published-property observer.
+#include "tests/support/store/store_fixture.h"
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+namespace quorrin::store {
+namespace {
+
+using quorrin::testing::StoreFixture;
+
+TEST(StoreState, FirstLaunchUsesTheDefaults) {
+    StoreFixture f;
+    Store& store = f.open();
+    EXPECT_EQ(store.roots(),
+              (std::vector<std::string>{f.home.path("Documents"), f.home.path("Downloads"),
+                                        f.home.path("Desktop")}));
+    EXPECT_EQ(store.weeks(), 4);
+    EXPECT_TRUE(store.kept().empty());
+    EXPECT_EQ(store.status(), "Your space. In order.");
+    EXPECT_TRUE(store.autoDuplicates());
+    EXPECT_TRUE(store.inspect());
+    EXPECT_FALSE(store.busy());
+    EXPECT_TRUE(store.files().empty());
+    EXPECT_TRUE(store.activity().empty());
+    EXPECT_TRUE(store.moves().empty());
+    // The history folder is made at construction.
+    EXPECT_TRUE(quorrin::testing::existsNoFollow(f.home.path(".local/share/QUORRIN")));
+}
+
+TEST(StoreState, WeeksAreRestoredAndClamped) {
+    const std::pair<int, int> cases[] = {{0, 4}, {-3, 1}, {1, 1}, {9, 9}};
+    for (auto [stored, expected] : cases) {
+        StoreFixture f;
+        f.writeSettings(R"({"weeks":)" + std::to_string(stored) + "}");
+        EXPECT_EQ(f.open().weeks(), expected) << stored;
+    }
+}
+
+TEST(StoreState, AnEmptyRootsArrayMeansNoRoots) {
+    StoreFixture f;
+    f.writeSettings(R"({"roots":[],"kept":["/k/a.txt"]})");
+    Store& store = f.open();
+    EXPECT_TRUE(store.roots().empty());
+    EXPECT_EQ(store.kept(), (std::set<std::string>{"/k/a.txt"}));
+}
+
+TEST(StoreState, ACorruptOrEmptyHistoryLeavesMovesEmpty) {
+    for (const char* content : {"", "{not json", R"([{"from":"/a"}])", "[1,2]"}) {
+        StoreFixture f;
+        std::filesystem::create_directories(f.home.path(".local/share/QUORRIN"));
+        quorrin::testing::writeFileAt(f.historyPath(), content);
+        EXPECT_TRUE(f.open().moves().empty()) << content;
+    }
+}
+
+TEST(StoreState, TheHistoryIsRestored) {
+    StoreFixture f;
+    std::filesystem::create_directories(f.home.path(".local/share/QUORRIN"));
+    quorrin::testing::writeFileAt(f.historyPath(), R"([{"to":"/h/b","from":"/h/a"}])");
+    Store& store = f.open();
+    ASSERT_EQ(store.moves().size(), 1u);
+    EXPECT_EQ(store.moves()[0], (MoveRecord{"/h/a", "/h/b"}));
+}
+
+TEST(StoreState, SwitchesStartOnAtEveryLaunch) {
+    StoreFixture f;
+    Store& first = f.open();
+    first.setAutoDuplicates(false);
+    first.setInspect(false);
+    Store& second = f.open();
+    EXPECT_TRUE(second.autoDuplicates());
+    EXPECT_TRUE(second.inspect());
+}
+
+TEST(StoreState, WeeksAreSavedWhenSet) {
+    StoreFixture f;
+    f.open().setWeeks(8);
+    EXPECT_EQ(f.open().weeks(), 8);
+    f.store->setWeeks(0);
+    EXPECT_EQ(f.store->weeks(), 1);
+    f.store->setWeeks(99);
+    EXPECT_EQ(f.store->weeks(), 52);
+}
+
+struct Recorder : StoreObserver {
+    std::vector<Property> seen;
+    void changed(Property property) override { seen.push_back(property); }
+};
+
+TEST(StoreState, ObserversHearEveryChange) {
+    StoreFixture f;
+    Store& store = f.open();
+    Recorder recorder;
+    store.addObserver(&recorder);
+    store.log("hello");
+    store.setWeeks(6);
+    EXPECT_EQ(recorder.seen,
+              (std::vector<Property>{Property::activity, Property::status, Property::weeks}));
+    store.removeObserver(&recorder);
+    store.log("again");
+    EXPECT_EQ(recorder.seen.size(), 3u);
+}
+
+TEST(StoreState, LateProgressNeverTouchesAClosedStore) {
+    StoreFixture f;
+    f.home.writeFile("Documents/a.txt");
+    Store& store = f.open();
+    store.scan({});
+    f.executor.runOneBackground();  // the scan runs and posts its progress and its result
+    f.store.reset();                // the window closes before the main thread gets to them
+    f.settle();                     // nothing to run into: the posted work sees the Store gone
+    EXPECT_EQ(f.executor.pendingMain(), 0u);
+}
+
+}  // namespace
+}  // namespace quorrin::store
