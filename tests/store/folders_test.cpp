@@ -36,7 +36,8 @@ TEST(Folders, AWiderFolderReplacesTheOnesInsideIt) {
     EXPECT_EQ(store.roots(),
               (std::vector<std::string>{f.home.path("Pictures"), f.home.path("Documents")}));
     // Saved, so a relaunch sees the same list.
-    EXPECT_EQ(f.open().roots(), store.roots());
+    const std::vector<std::string> connected = store.roots();
+    EXPECT_EQ(f.open().roots(), connected);
 }
 
 TEST(Folders, APrefixThatIsNotAParentKeepsBoth) {
