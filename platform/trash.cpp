@@ -1,7 +1,7 @@
 // Moving items to the user's Trash, following the freedesktop.org Trash specification.
 #include "platform/trash.h"
 
-#include "platform/path_parts.h"
+#include "platform/paths.h"
 #include "platform/trash_error.h"
 #include "platform/trash_info.h"
 #include "platform/trash_location.h"
@@ -33,9 +33,9 @@ Status writeRecord(Platform& platform, const std::string& infoPath, Fd file,
 }  // namespace
 
 Status moveToTrash(Platform& platform, const std::string& path) {
-    const std::string trimmed = withoutTrailingSlashes(path);
-    const std::string name = lastComponent(trimmed);
-    if (name.empty() || name == "." || name == "..")
+    const std::string trimmed(withoutTrailingSlashes(path));
+    const std::string name(lastComponent(trimmed));
+    if (name.empty() || name == "/" || name == "." || name == "..")
         return cannotTrash(path, "it does not name a single item");
 
     auto item = platform.stat(trimmed, false);
@@ -43,23 +43,24 @@ Status moveToTrash(Platform& platform, const std::string& path) {
         return item.error();
     // The folder is resolved so that the recorded path is absolute and the top of its file system
     // is found on the real path; the item itself is left as it is, a link staying a link.
-    auto folder = platform.resolve(parentPath(trimmed));
+    auto folder = platform.resolve(std::string(parentOf(trimmed)));
     if (!folder.ok())
         return folder.error();
-    const std::string itemPath = joinPath(*folder, name);
+    const std::string itemPath = appendComponent(*folder, name);
 
     auto trash = trashFor(platform, itemPath, *item);
     if (!trash.ok())
         return trash.error();
-    const std::string filesFolder = joinPath(trash->root, "files");
-    const std::string infoFolder = joinPath(trash->root, "info");
+    const std::string filesFolder = appendComponent(trash->root, "files");
+    const std::string infoFolder = appendComponent(trash->root, "info");
     const std::string recorded = trash->recordedPath(itemPath);
 
     for (std::uint64_t attempt = 1; attempt <= maxNameAttempts; ++attempt) {
         const std::string entry = trashEntryName(name, attempt);
         // The record claims the name first: whoever holds info/<entry>.trashinfo owns
         // files/<entry>.
-        const std::string infoPath = joinPath(infoFolder, entry + std::string(trashInfoSuffix));
+        const std::string infoPath =
+            appendComponent(infoFolder, entry + std::string(trashInfoSuffix));
         auto file = platform.createExclusive(infoPath, 0600);
         if (!file.ok()) {
             if (file.error().isErrno(EEXIST))
@@ -71,7 +72,7 @@ Status moveToTrash(Platform& platform, const std::string& path) {
         if (!recordedOk.ok())
             return recordedOk;
 
-        Status moved = platform.moveNoReplace(itemPath, joinPath(filesFolder, entry));
+        Status moved = platform.moveNoReplace(itemPath, appendComponent(filesFolder, entry));
         if (moved.ok())
             return {};
         (void)platform.removeFile(infoPath);

@@ -1,7 +1,7 @@
 // Choosing the trash that takes an item, and making sure its folders exist.
 #include "platform/trash_location.h"
 
-#include "platform/path_parts.h"
+#include "platform/paths.h"
 #include "platform/trash_error.h"
 
 #include <cerrno>
@@ -33,7 +33,7 @@ Status makeFolders(Platform& platform, const std::string& path) {
         if (!info.error().isErrno(ENOENT))
             return info.error();
         if (path != "/") {
-            if (Status parent = makeFolders(platform, parentPath(path)); !parent.ok())
+            if (Status parent = makeFolders(platform, std::string(parentOf(path))); !parent.ok())
                 return parent;
         }
         if (Status made = makeUnlessPresent(platform, path); !made.ok())
@@ -55,14 +55,14 @@ Result<std::uint64_t> deviceOfNearest(Platform& platform, std::string path) {
             return info->device;
         if (!info.error().isErrno(ENOENT) || path == "/")
             return info.error();
-        path = parentPath(path);
+        path = std::string(parentOf(path));
     }
 }
 
 // files/ and info/ inside a trash: created when missing, and real folders rather than links.
 Status prepareContents(Platform& platform, const std::string& root) {
     for (const char* name : {"files", "info"}) {
-        std::string path = joinPath(root, name);
+        std::string path = appendComponent(root, name);
         if (Status made = makeUnlessPresent(platform, path); !made.ok())
             return made;
         auto info = platform.stat(path, false);
@@ -116,14 +116,14 @@ std::string homeTrashPath(Platform& platform) {
     std::string base =
         (dataHome && !dataHome->empty() && dataHome->front() == '/')
             ? *dataHome
-            : joinPath(withoutTrailingSlashes(platform.homeFolder()), ".local/share");
-    return joinPath(withoutTrailingSlashes(base), "Trash");
+            : appendComponent(withoutTrailingSlashes(platform.homeFolder()), ".local/share");
+    return appendComponent(withoutTrailingSlashes(base), "Trash");
 }
 
 Result<std::string> topDirectoryOf(Platform& platform, const std::string& path,
                                    std::uint64_t device) {
     std::string top = path;
-    std::string folder = parentPath(path);
+    std::string folder = std::string(parentOf(path));
     for (;;) {
         auto info = platform.stat(folder, false);
         if (!info.ok())
@@ -133,14 +133,14 @@ Result<std::string> topDirectoryOf(Platform& platform, const std::string& path,
         top = folder;
         if (folder == "/")
             break;
-        folder = parentPath(folder);
+        folder = std::string(parentOf(folder));
     }
     return top;
 }
 
 Result<TrashFolder> trashFor(Platform& platform, const std::string& itemPath,
                              const FileInfo& item) {
-    const std::string name = lastComponent(itemPath);
+    const std::string name(lastComponent(itemPath));
 
     const std::string home = homeTrashPath(platform);
     if (auto homeDevice = deviceOfNearest(platform, home);
@@ -160,11 +160,11 @@ Result<TrashFolder> trashFor(Platform& platform, const std::string& itemPath,
         return cannotTrash(name, "it is the top of its file system");
 
     const std::string uid = std::to_string(platform.userId());
-    const std::string shared = joinPath(*top, ".Trash");
-    if (std::string root = joinPath(shared, uid); prepareSharedTrash(platform, shared, root))
+    const std::string shared = appendComponent(*top, ".Trash");
+    if (std::string root = appendComponent(shared, uid); prepareSharedTrash(platform, shared, root))
         return TrashFolder{root, *top};
 
-    const std::string own = joinPath(*top, ".Trash-" + uid);
+    const std::string own = appendComponent(*top, ".Trash-" + uid);
     if (Status made = prepareOwnTrash(platform, own); !made.ok())
         return cannotTrash(name, made.error());
     return TrashFolder{own, *top};

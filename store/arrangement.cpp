@@ -25,12 +25,6 @@ bool ordinaryCategoryName(std::string_view name) {
     return name == Engine::otherFilesCategory;
 }
 
-std::string_view withoutTrailingSlash(std::string_view path) {
-    while (path.size() > 1 && path.back() == '/')
-        path.remove_suffix(1);
-    return path;
-}
-
 std::string nameOf(const Entry& entry) {
     return std::string(Engine::lastComponent(entry.url));
 }
@@ -117,7 +111,7 @@ private:
     }
 
     platform::Status tryMove(const Entry& file, const std::string& name) {
-        const std::string root(withoutTrailingSlash(file.root.str()));
+        const std::string root(Engine::withoutTrailingSlashes(file.root.str()));
         // A name taken between choosing it and moving is never overwritten: choose again.
         constexpr int attempts = 3;
         Error lastError = Error::fromErrno(EEXIST);
@@ -153,14 +147,14 @@ private:
 }  // namespace
 
 bool looseInRoot(const Entry& entry) {
-    return withoutTrailingSlash(Engine::parentOf(entry.url)) ==
-           withoutTrailingSlash(entry.root.str());
+    return Engine::withoutTrailingSlashes(Engine::parentOf(entry.url)) ==
+           Engine::withoutTrailingSlashes(entry.root.str());
 }
 
 bool inOrdinaryCategoryFolder(const Entry& entry) {
     std::string_view parent = Engine::parentOf(entry.url);
-    return withoutTrailingSlash(Engine::parentOf(parent)) ==
-               withoutTrailingSlash(entry.root.str()) &&
+    return Engine::withoutTrailingSlashes(Engine::parentOf(parent)) ==
+               Engine::withoutTrailingSlashes(entry.root.str()) &&
            ordinaryCategoryName(Engine::lastComponent(parent));
 }
 

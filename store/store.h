@@ -9,6 +9,7 @@
 #include "engine/activity.h"
 #include "engine/entry.h"
 #include "engine/move_record.h"
+#include "engine/scanner.h"
 #include "platform/platform.h"
 #include "store/arrangement.h"
 #include "store/executor.h"
@@ -125,6 +126,9 @@ private:
     static void postTo(const std::weak_ptr<Store*>& store, Executor& executor,
                        std::function<void(Store&)> work);
 
+    // Runs the scan on a background thread and `publish` with its result on the main thread.
+    void runScan(Engine::ScanRequest request,
+                 std::function<void(Store&, Engine::ScanResult)> publish);
     void publishScan(std::vector<Entry> files, std::vector<std::string> notes, ScanChoice choice,
                      bool inspect, bool compareDuplicates, bool readUsageDates);
     void startArrangement(std::vector<std::string> notes);

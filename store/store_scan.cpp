@@ -21,6 +21,20 @@ std::string firstStatus(const ScanChoice& choice) {
 
 }  // namespace
 
+void Store::runScan(Engine::ScanRequest request,
+                    std::function<void(Store&, Engine::ScanResult)> publish) {
+    std::weak_ptr<Store*> weak = self_;
+    Executor& executor = executor_;
+    platform::Platform& platform = platform_;
+    executor_.runInBackground(
+        [weak, &executor, &platform, request = std::move(request), publish = std::move(publish)] {
+            Engine::ScanResult result = Engine::scan(request, platform);
+            postTo(weak, executor, [publish, result = std::move(result)](Store& store) mutable {
+                publish(store, std::move(result));
+            });
+        });
+}
+
 void Store::scan(ScanChoice choice) {
     if (busy_)
         return;
@@ -34,15 +48,10 @@ void Store::scan(ScanChoice choice) {
                                 .includeProjects = false,
                                 .readUsageDates = choice.usageDates,
                                 .progress = progressPoster()};
-    std::weak_ptr<Store*> weak = self_;
-    Executor& executor = executor_;
-    platform::Platform& platform = platform_;
-    executor_.runInBackground([=, &executor, &platform] {
-        Engine::ScanResult result = Engine::scan(request, platform);
-        postTo(weak, executor, [=, result = std::move(result)](Store& store) mutable {
-            store.publishScan(std::move(result.files), std::move(result.notes), choice, inspect,
-                              compareDuplicates, request.readUsageDates);
-        });
+    const bool readUsageDates = choice.usageDates;
+    runScan(std::move(request), [=](Store& store, Engine::ScanResult result) {
+        store.publishScan(std::move(result.files), std::move(result.notes), choice, inspect,
+                          compareDuplicates, readUsageDates);
     });
 }
 
@@ -152,23 +161,16 @@ void Store::scanOlder() {
                                 .compareDuplicates = false,
                                 .includeProjects = true,
                                 .progress = progressPoster()};
-    std::weak_ptr<Store*> weak = self_;
-    Executor& executor = executor_;
-    platform::Platform& platform = platform_;
-    executor_.runInBackground([=, &executor, &platform] {
-        Engine::ScanResult result = Engine::scan(request, platform);
-        postTo(weak, executor, [result = std::move(result)](Store& store) mutable {
-            store.olderFiles_ = std::move(result.files);
-            store.set(Property::olderFiles);
-            store.olderScanned_ = true;
-            store.set(Property::olderScanned);
-            for (const std::string& note : result.notes)
-                store.log(note);
-            store.log("FindOlder • " + std::to_string(store.olderFiles_.size()) +
-                      " files checked • " + std::to_string(result.notes.size()) +
-                      " access notes. No files changed.");
-            store.setBusy(false);
-        });
+    runScan(std::move(request), [](Store& store, Engine::ScanResult result) {
+        store.olderFiles_ = std::move(result.files);
+        store.set(Property::olderFiles);
+        store.olderScanned_ = true;
+        store.set(Property::olderScanned);
+        for (const std::string& note : result.notes)
+            store.log(note);
+        store.log("FindOlder • " + std::to_string(store.olderFiles_.size()) + " files checked • " +
+                  std::to_string(result.notes.size()) + " access notes. No files changed.");
+        store.setBusy(false);
     });
 }
 

@@ -7,7 +7,7 @@ namespace quorrin::cli {
 namespace {
 
 using quorrin::testing::existsNoFollow;
-using quorrin::testing::outputLines;
+using quorrin::testing::linesOf;
 using quorrin::testing::setModified;
 
 TEST_F(CliTest, UsageErrorsExitTwoWithAShortUsage) {
@@ -41,7 +41,7 @@ TEST_F(CliTest, FoldersShowAddAndRemove) {
     home.makeDir("Pictures");
     home.makeDir("Library");
     auto shown = run({"folders"});
-    EXPECT_EQ(outputLines(shown.out),
+    EXPECT_EQ(linesOf(shown.out),
               (std::vector<std::string>{home.path("Documents"), home.path("Downloads"),
                                         home.path("Desktop")}));
     auto added = run({"folders", "add", home.path("Pictures"), home.path("Library")});
@@ -71,20 +71,19 @@ TEST_F(CliTest, KeepProtectsAndClearRespectsIt) {
     std::string b = home.writeFile("Downloads/b.txt", "same");
     EXPECT_EQ(run({"keep", b}).out, "Kept: b.txt\n");
     auto kept = run({"list", "--page", "kept"});
-    EXPECT_EQ(outputLines(kept.out), (std::vector<std::string>{b}));
+    EXPECT_EQ(linesOf(kept.out), (std::vector<std::string>{b}));
     auto cleared = run({"clear", "--duplicates", a, b});
     EXPECT_EQ(cleared.status, 0);
     // b.txt is kept; a.txt is the original, so it is no duplicate to clear.
-    EXPECT_EQ(outputLines(cleared.out),
+    EXPECT_EQ(linesOf(cleared.out),
               (std::vector<std::string>{"Duplicate check complete • 2 files • 0 notes",
                                         "Kept a.txt: Matching original is unavailable. File kept.",
                                         "0 files moved to Trash"}));
     EXPECT_TRUE(existsNoFollow(b));
     EXPECT_EQ(run({"unkeep", b}).out, "");
     auto again = run({"clear", "--duplicates", a, b});
-    EXPECT_EQ(outputLines(again.out).back(), "1 files moved to Trash");
-    EXPECT_EQ(outputLines(again.out)[1],
-              "Kept a.txt: Matching original is unavailable. File kept.");
+    EXPECT_EQ(linesOf(again.out).back(), "1 files moved to Trash");
+    EXPECT_EQ(linesOf(again.out)[1], "Kept a.txt: Matching original is unavailable. File kept.");
     EXPECT_TRUE(existsNoFollow(a));
     EXPECT_FALSE(existsNoFollow(b));
 }
@@ -105,11 +104,11 @@ TEST_F(CliTest, OlderListsByDateAndPrintsTheScanLinesToStandardError) {
     setModified(old, 946'684'800);  // 2000-01-01
     auto result = run({"older", "--basis", "modified", "--older-than", "12"});
     EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(outputLines(result.out), (std::vector<std::string>{old}));
+    EXPECT_EQ(linesOf(result.out), (std::vector<std::string>{old}));
     EXPECT_EQ(result.err, "FindOlder • 2 files checked • 0 access notes. No files changed.\n");
     auto range =
         run({"older", "--basis", "modified", "--from", "1999-12-31", "--through", "2000-01-02"});
-    EXPECT_EQ(outputLines(range.out), (std::vector<std::string>{old}));
+    EXPECT_EQ(linesOf(range.out), (std::vector<std::string>{old}));
     auto reversed =
         run({"older", "--basis", "modified", "--from", "2000-01-02", "--through", "1999-12-31"});
     EXPECT_TRUE(reversed.out.empty());
@@ -150,14 +149,13 @@ TEST_F(CliTest, ListFiltersSearchesAndSortsByName) {
     home.writeFile("Downloads/song.mp3");
     home.writeFile("Downloads/empty.txt", "");
     auto search = run({"list", "--search", "invoices"});
-    EXPECT_EQ(outputLines(search.out),
-              (std::vector<std::string>{downloads("Invoices/file2.pdf"),
-                                        downloads("Invoices/file10.pdf")}));
+    EXPECT_EQ(linesOf(search.out), (std::vector<std::string>{downloads("Invoices/file2.pdf"),
+                                                             downloads("Invoices/file10.pdf")}));
     EXPECT_EQ(search.err, "Quick scan complete • 4 files • 0 notes\n");
     auto audio = run({"list", "--type", "Audio"});
-    EXPECT_EQ(outputLines(audio.out), (std::vector<std::string>{downloads("song.mp3")}));
+    EXPECT_EQ(linesOf(audio.out), (std::vector<std::string>{downloads("song.mp3")}));
     auto empty = run({"list", "--page", "health", "--signal", "Empty"});
-    EXPECT_EQ(outputLines(empty.out), (std::vector<std::string>{downloads("empty.txt")}));
+    EXPECT_EQ(linesOf(empty.out), (std::vector<std::string>{downloads("empty.txt")}));
 }
 
 TEST_F(CliTest, CorruptSettingsAndHistoryLeaveTheToolWorking) {
@@ -167,7 +165,7 @@ TEST_F(CliTest, CorruptSettingsAndHistoryLeaveTheToolWorking) {
     home.writeFile(".local/share/QUORRIN/last-organization.json", "[{\"from\":");
     auto folders = run({"folders"});
     EXPECT_EQ(folders.status, 0);
-    EXPECT_EQ(outputLines(folders.out).size(), 3u);
+    EXPECT_EQ(linesOf(folders.out).size(), 3u);
     auto started = run({"start"});
     EXPECT_EQ(started.status, 0);
     EXPECT_TRUE(existsNoFollow(downloads("04 Documents/a.txt")));

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "cli/cli.h"
-#include "tests/support/cli_run.h"
 #include "tests/support/temp_home.h"
 
 #include <sstream>
@@ -11,14 +10,20 @@
 
 namespace quorrin::cli {
 
+struct CliResult {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
 class CliTest : public ::testing::Test {
 protected:
     quorrin::testing::TempHome home;
     CliContext context;
 
-    quorrin::testing::CliResult run(std::vector<std::string> arguments) {
+    CliResult run(std::vector<std::string> arguments) {
         std::ostringstream out, err;
-        quorrin::testing::CliResult result;
+        CliResult result;
         result.status = runCli(arguments, out, err, context);
         result.out = out.str();
         result.err = err.str();

@@ -7,7 +7,7 @@ namespace quorrin::cli {
 namespace {
 
 using quorrin::testing::existsNoFollow;
-using quorrin::testing::outputLines;
+using quorrin::testing::linesOf;
 using quorrin::testing::readFile;
 
 class StartCli : public CliTest {
@@ -34,8 +34,7 @@ protected:
 TEST_F(StartCli, ArrangesTrashesRecordsAndUndoes) {
     auto started = run({"start"});
     EXPECT_EQ(started.status, 0) << started.err;
-    EXPECT_EQ(outputLines(started.out).back(),
-              "Done • 7 files arranged • 2 duplicates sent to Trash");
+    EXPECT_EQ(linesOf(started.out).back(), "Done • 7 files arranged • 2 duplicates sent to Trash");
 
     EXPECT_EQ(readFile(downloads("01 Videos/clip.mov")), "video");
     EXPECT_EQ(readFile(downloads("02 Images/photo.jpg")), "image");
@@ -76,8 +75,7 @@ TEST_F(StartCli, ASecondStartAppendsToTheHistory) {
     ASSERT_EQ(run({"start"}).status, 0);
     home.writeFile("Downloads/later.txt", "later");
     auto second = run({"start"});
-    EXPECT_EQ(outputLines(second.out).back(),
-              "Done • 1 files arranged • 0 duplicates sent to Trash");
+    EXPECT_EQ(linesOf(second.out).back(), "Done • 1 files arranged • 0 duplicates sent to Trash");
     nlohmann::json history = nlohmann::json::parse(readFile(historyPath()));
     ASSERT_EQ(history.size(), 8u);
     EXPECT_EQ(history[7]["from"], downloads("later.txt"));
@@ -85,8 +83,7 @@ TEST_F(StartCli, ASecondStartAppendsToTheHistory) {
 
 TEST_F(StartCli, KeepDuplicatesLeavesCopiesInPlace) {
     auto started = run({"start", "--keep-duplicates"});
-    EXPECT_EQ(outputLines(started.out).back(),
-              "Done • 9 files arranged • 0 duplicates sent to Trash");
+    EXPECT_EQ(linesOf(started.out).back(), "Done • 9 files arranged • 0 duplicates sent to Trash");
     EXPECT_TRUE(existsNoFollow(downloads("02 Images/beach.jpg")));
 }
 
@@ -97,7 +94,7 @@ TEST_F(StartCli, AFileChangedBetweenScanAndMoveStays) {
     auto started = run({"start"});
     EXPECT_EQ(started.status, 0);
     EXPECT_EQ(readFile(downloads("song.mp3")), "changed audio");
-    auto lines = outputLines(started.out);
+    auto lines = linesOf(started.out);
     EXPECT_NE(std::find(lines.begin(), lines.end(), "Changed file skipped: song.mp3"), lines.end());
     EXPECT_EQ(lines.back(),
               "Done • 6 files arranged • 2 duplicates sent to Trash • See Activity for skipped "
@@ -111,7 +108,7 @@ TEST_F(StartCli, AHeldHistoryMeansExitOneAndNoChange) {
     ASSERT_TRUE(lock.ok()) << lock.error().description;
     auto started = run({"start"});
     EXPECT_EQ(started.status, 1);
-    EXPECT_EQ(outputLines(started.out).back(),
+    EXPECT_EQ(linesOf(started.out).back(),
               "Another Quorrin window or command is changing files. Try again when it has "
               "finished.");
     EXPECT_TRUE(existsNoFollow(downloads("clip.mov")));

@@ -104,7 +104,9 @@ platform::UsageDates FaultPlatform::readUsageDates() {
     return usageDates ? *usageDates : LinuxPlatform::readUsageDates();
 }
 
-platform::Instant FaultPlatform::now() { return fixedNow ? *fixedNow : LinuxPlatform::now(); }
+platform::Instant FaultPlatform::now() {
+    return fixedNow ? *fixedNow : LinuxPlatform::now();
+}
 
 #undef QUORRIN_FAULT_CHECK
 

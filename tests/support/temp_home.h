@@ -8,6 +8,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace quorrin::testing {
 
@@ -38,6 +39,8 @@ private:
 
 // Helpers on absolute paths.
 std::string readFile(const std::string& path);
+// The lines of a text without their "\n"; a final line without one is kept.
+std::vector<std::string> linesOf(const std::string& text);
 void writeFileAt(const std::string& path, const std::string& content);
 void setModified(const std::string& path, std::int64_t seconds, std::uint32_t nanoseconds = 0);
 bool existsNoFollow(const std::string& path);

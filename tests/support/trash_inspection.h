@@ -18,7 +18,4 @@ std::string realPath(const std::string& path);
 // be read or parsed.
 platform::TrashInfo readTrashInfo(const std::string& path);
 
-// The lines of a text without their "\n"; a final line without one is kept.
-std::vector<std::string> linesOf(const std::string& text);
-
 }  // namespace quorrin::testing

@@ -1,17 +1,14 @@
-#include "engine/paths.h"
+#include "platform/paths.h"
 
 #include <vector>
 
-namespace quorrin::Engine {
-namespace {
+namespace quorrin::platform {
 
 std::string_view withoutTrailingSlashes(std::string_view path) {
     while (path.size() > 1 && path.back() == '/')
         path.remove_suffix(1);
     return path;
 }
-
-}  // namespace
 
 std::string_view lastComponent(std::string_view path) {
     path = withoutTrailingSlashes(path);
@@ -41,7 +38,10 @@ std::string_view parentOf(std::string_view path) {
     path = withoutTrailingSlashes(path);
     auto slash = path.rfind('/');
     if (slash == std::string_view::npos)
-        return {};
+        return ".";
+    // A run of slashes before the last name belongs to neither part ("/a//b" gives "/a").
+    while (slash > 0 && path[slash - 1] == '/')
+        --slash;
     if (slash == 0)
         return path.substr(0, 1);
     return path.substr(0, slash);
@@ -94,4 +94,4 @@ std::string lowercase(std::string_view text) {
     return lower;
 }
 
-}  // namespace quorrin::Engine
+}  // namespace quorrin::platform
