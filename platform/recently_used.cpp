@@ -158,7 +158,6 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
             continue;
 
         latest = none;
-        consider(g_bookmark_file_get_added_date_time(bookmarks.get(), uri, nullptr));
         consider(g_bookmark_file_get_modified_date_time(bookmarks.get(), uri, nullptr));
         consider(g_bookmark_file_get_visited_date_time(bookmarks.get(), uri, nullptr));
         gsize appCount = 0;
