@@ -160,9 +160,11 @@ namespace {
 // renameat2 with RENAME_NOREPLACE; where the file system refuses the flag, a hard link claims the
 // name without replacing anything, and only a successful link lets the old name go.
 Status moveWithoutReplacing(const std::string& from, int toFolder, const std::string& to) {
-    if (::renameat2(AT_FDCWD, from.c_str(), toFolder, to.c_str(), RENAME_NOREPLACE) == 0) return {};
+    if (::renameat2(AT_FDCWD, from.c_str(), toFolder, to.c_str(), RENAME_NOREPLACE) == 0)
+        return {};
     int err = errno;
-    if (err != EINVAL && err != ENOSYS && err != EOPNOTSUPP) return Error::fromErrno(err);
+    if (err != EINVAL && err != ENOSYS && err != EOPNOTSUPP)
+        return Error::fromErrno(err);
     if (::linkat(AT_FDCWD, from.c_str(), toFolder, to.c_str(), 0) != 0)
         return Error::fromErrno(errno);
     if (::unlink(from.c_str()) != 0) {
