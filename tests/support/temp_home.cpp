@@ -27,9 +27,12 @@ const char* const managedVariables[] = {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOM
 
 }  // namespace
 
-TempHome::TempHome() {
+TempHome::TempHome(Backing backing) {
     const char* tmp = std::getenv("TMPDIR");
-    std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/quorrin-test-XXXXXX";
+    std::string folder = tmp && *tmp ? tmp : "/tmp";
+    if (backing == Backing::memory && ::access("/dev/shm", W_OK | X_OK) == 0)
+        folder = "/dev/shm";
+    std::string pattern = folder + "/quorrin-test-XXXXXX";
     std::vector<char> buffer(pattern.begin(), pattern.end());
     buffer.push_back('\0');
     if (::mkdtemp(buffer.data()) == nullptr)

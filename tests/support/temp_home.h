@@ -13,7 +13,12 @@ namespace quorrin::testing {
 
 class TempHome {
 public:
-    TempHome();
+    // Where the temporary folder lives: on disk below $TMPDIR (or /tmp), or in memory below
+    // /dev/shm when that is a writable folder, for tests that make thousands of durable writes and
+    // check logic rather than the disk (syncing memory costs nothing).
+    enum class Backing { disk, memory };
+
+    explicit TempHome(Backing backing = Backing::disk);
     ~TempHome();
     TempHome(const TempHome&) = delete;
     TempHome& operator=(const TempHome&) = delete;
