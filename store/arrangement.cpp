@@ -168,7 +168,7 @@ ArrangementResult arrange(const ArrangementRequest& request, platform::Platform&
     ArrangementResult result;
     auto lock = HistoryLock::acquire(request.historyPath, historyLockWait, platform);
     if (!lock) {
-        result.locked = false;
+        result.lockError = lock.error().description;
         return result;
     }
     // Start from the history as it is on disk now: another process may have added to it.

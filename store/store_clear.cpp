@@ -47,7 +47,7 @@ void Store::undo() {
     setBusy(true);
     auto lock = HistoryLock::acquire(logPath_, historyLockWait, platform_);
     if (!lock) {
-        log(lockBusyMessage);
+        log(lock.error().description);
         setBusy(false);
         return;
     }

@@ -89,8 +89,8 @@ void Store::startArrangement(std::vector<std::string> notes) {
 }
 
 void Store::finishArrangement(ArrangementResult outcome, std::vector<std::string> notes) {
-    if (!outcome.locked) {
-        log(lockBusyMessage);
+    if (outcome.lockError) {
+        log(*outcome.lockError);
         setBusy(false);
         return;
     }

@@ -239,5 +239,15 @@ TEST_F(Start, AnotherProcessHoldingTheHistoryStopsTheRunBeforeAnyChange) {
     EXPECT_FALSE(store.busy());
 }
 
+TEST_F(Start, AHistoryLockTheSystemRefusesIsReportedWithItsOwnText) {
+    f.home.writeFile("Downloads/a.txt", "a");
+    Store& store = f.open();
+    f.platform.fault = quorrin::testing::FaultPlatform::failing("lockFile", ".lock", EIO);
+    start();
+    EXPECT_TRUE(existsNoFollow(in("a.txt")));
+    EXPECT_EQ(store.activity().front().text(), "Input/output error");
+    EXPECT_FALSE(store.busy());
+}
+
 }  // namespace
 }  // namespace quorrin::store

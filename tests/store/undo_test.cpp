@@ -112,5 +112,18 @@ TEST(Undo, StartThenUndoPutsEverythingBack) {
     EXPECT_EQ(readFile(f.historyPath()), "[]");
 }
 
+TEST(Undo, AHistoryLockTheSystemRefusesIsReportedWithItsOwnText) {
+    StoreFixture f;
+    std::string to = f.home.writeFile("Documents/04 Documents/x.txt");
+    writeHistory(f, {{f.home.path("Documents/x.txt"), to}});
+    Store& store = f.open();
+    f.platform.fault = quorrin::testing::FaultPlatform::failing("lockFile", ".lock", EROFS);
+    store.undo();
+    EXPECT_TRUE(existsNoFollow(to));
+    EXPECT_EQ(f.activityTexts(), (std::vector<std::string>{"Read-only file system"}));
+    EXPECT_EQ(store.moves().size(), 1u);
+    EXPECT_FALSE(store.busy());
+}
+
 }  // namespace
 }  // namespace quorrin::store
