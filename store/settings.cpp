@@ -82,8 +82,12 @@ Settings::Settings(std::string path, platform::Platform& platform)
 
 SettingsValues Settings::read() const {
     auto text = platform_.readFile(path_, stateFileLimit);
-    if (!text)
-        return {};
+    if (!text) {
+        // A missing file was never saved; an oversized one counts as damaged.
+        if (text.error().isErrno(ENOENT) || text.error().isErrno(EFBIG))
+            return {};
+        return SettingsValues{.unreadable = text.error()};
+    }
     auto document = parseJsonText(*text);
     if (!document || !document->is_object())
         return {};

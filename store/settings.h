@@ -18,6 +18,9 @@ struct SettingsValues {
     std::optional<std::vector<std::string>> kept;   // ids of the files kept
     std::optional<std::int64_t> weeks;              // as stored; the Store applies its bounds
     std::optional<platform::Instant> lastReview;    // when the weekly review was last done
+    // Set when the file is there but could not be read (an I/O error, no permission): then every
+    // key is absent, yet none of them may be taken as never saved.
+    std::optional<platform::Error> unreadable;
 };
 
 // Reading takes no lock: the file is only ever replaced whole. Each write re-reads the file under
