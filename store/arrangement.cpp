@@ -66,8 +66,12 @@ Result<Fd> openCategoryFolder(const std::string& root, std::string_view category
 class Run {
 public:
     Run(const ArrangementRequest& request, platform::Platform& platform, HistoryWriter& writer,
-        ArrangementResult& result)
-        : request_(request), platform_(platform), writer_(writer), result_(result) {}
+        ArrangementResult& result, std::optional<Error> historyUnreadable)
+        : request_(request),
+          platform_(platform),
+          writer_(writer),
+          result_(result),
+          historyUnreadable_(std::move(historyUnreadable)) {}
 
     void trashDuplicates() {
         if (!request_.autoDuplicates)
@@ -117,6 +121,9 @@ private:
     }
 
     platform::Status tryMove(const Entry& file, const std::string& name) {
+        // No move without its record, and no record without the history it joins.
+        if (historyUnreadable_)
+            return *historyUnreadable_;
         const std::string root(withoutTrailingSlash(file.root.str()));
         // A name taken between choosing it and moving is never overwritten: choose again.
         constexpr int attempts = 3;
@@ -148,6 +155,7 @@ private:
     platform::Platform& platform_;
     HistoryWriter& writer_;
     ArrangementResult& result_;
+    std::optional<Error> historyUnreadable_;
 };
 
 }  // namespace
@@ -172,11 +180,20 @@ ArrangementResult arrange(const ArrangementRequest& request, platform::Platform&
         return result;
     }
     // Start from the history as it is on disk now: another process may have added to it.
-    result.history = HistoryFile(request.historyPath, platform).read();
+    auto history = HistoryFile(request.historyPath, platform).load();
+    std::optional<Error> unreadable;
+    if (history) {
+        result.history = std::move(*history);
+    } else {
+        unreadable = history.error();
+        result.historyError = unreadable->description;
+    }
     HistoryWriter writer(request.historyPath, result.history, platform);
-    Run run(request, platform, writer, result);
+    Run run(request, platform, writer, result, unreadable);
     run.trashDuplicates();
     run.arrangeFiles();
+    if (result.historyError)
+        return result;  // rewriting the history would drop the records that could not be read
 
     // The history written before each move also lists moves that then failed; the final write
     // keeps only those that happened.

@@ -30,6 +30,9 @@ struct ArrangementResult {
     std::vector<std::string> messages;         // skipped and failed files, in the order met
     std::unordered_set<std::string> trashed;   // ids sent to the Trash
     std::optional<std::string> saveError;      // the final history write failed with this text
+    // Set, to the system's text, when the history on disk could not be read: then no file was
+    // moved (each is reported), the history file was left as it was, and `history` is empty.
+    std::optional<std::string> historyError;
 };
 
 // Runs on a background thread with copies. Holds the history lock for the whole run, writes the

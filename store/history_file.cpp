@@ -7,6 +7,7 @@
 #include "store/json_text.h"
 #include "store/locations.h"
 
+#include <cerrno>
 #include <nlohmann/json.hpp>
 
 namespace quorrin::store {
@@ -20,18 +21,29 @@ HistoryFile::HistoryFile(std::string path, platform::Platform& platform)
     : path_(std::move(path)), platform_(platform) {}
 
 std::vector<MoveRecord> HistoryFile::read() const {
-    auto text = platform_.readFile(path_, stateFileLimit);
-    if (!text)
+    auto records = load();
+    if (!records)
         return {};
+    return std::move(*records);
+}
+
+platform::Result<std::vector<MoveRecord>> HistoryFile::load() const {
+    auto text = platform_.readFile(path_, stateFileLimit);
+    if (!text) {
+        // Missing means no history yet; an oversized file counts as damaged.
+        if (text.error().isErrno(ENOENT) || text.error().isErrno(EFBIG))
+            return std::vector<MoveRecord>{};
+        return text.error();
+    }
     auto document = parseJsonText(*text);
     if (!document || !document->is_array())
-        return {};
+        return std::vector<MoveRecord>{};
     std::vector<MoveRecord> records;
     records.reserve(document->size());
     for (const auto& element : *document) {
         auto record = Engine::decodeMoveRecord(element);
         if (!record)
-            return {};
+            return std::vector<MoveRecord>{};
         records.push_back(std::move(*record));
     }
     return records;

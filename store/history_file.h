@@ -26,6 +26,11 @@ public:
     // history: one bad element spoils the whole file, so no partial history is ever acted on.
     std::vector<MoveRecord> read() const;
 
+    // The same, except that a file that is there but cannot be read (an I/O error, no permission)
+    // is an error rather than an empty history: whoever rewrites the history from what it read
+    // must not lose records it could not see. A missing file is an empty history.
+    platform::Result<std::vector<MoveRecord>> load() const;
+
     // Replaces the file with exactly `records`, durably (see writeAtomically), creating its folder
     // when needed. Refused with invalidFileNameError(), writing nothing, when any path is not
     // valid UTF-8.

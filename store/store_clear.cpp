@@ -51,9 +51,16 @@ void Store::undo() {
         setBusy(false);
         return;
     }
-    // Start from the history on disk: another window or command may have added to it.
+    // Start from the history on disk: another window or command may have added to it. One that
+    // cannot be read is not rewritten from memory, which may lack those records.
     HistoryFile history(logPath_, platform_);
-    std::vector<MoveRecord> records = history.read();
+    auto loaded = history.load();
+    if (!loaded) {
+        log(loaded.error().description);
+        setBusy(false);
+        return;
+    }
+    std::vector<MoveRecord> records = std::move(*loaded);
     if (records.empty())
         records = moves_;
 

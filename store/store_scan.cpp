@@ -94,9 +94,11 @@ void Store::finishArrangement(ArrangementResult outcome, std::vector<std::string
         setBusy(false);
         return;
     }
-    moves_ = std::move(outcome.history);
-    moves_.insert(moves_.end(), outcome.newMoves.begin(), outcome.newMoves.end());
-    set(Property::moves);
+    if (!outcome.historyError) {
+        moves_ = std::move(outcome.history);
+        moves_.insert(moves_.end(), outcome.newMoves.begin(), outcome.newMoves.end());
+        set(Property::moves);
+    }
     if (outcome.saveError)
         log("Could not save undo history: " + *outcome.saveError);
 

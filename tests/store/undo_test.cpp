@@ -125,5 +125,21 @@ TEST(Undo, AHistoryLockTheSystemRefusesIsReportedWithItsOwnText) {
     EXPECT_FALSE(store.busy());
 }
 
+TEST(Undo, AHistoryThatCannotBeReadIsLeftAsItIs) {
+    StoreFixture f;
+    std::string to = f.home.writeFile("Documents/04 Documents/x.txt");
+    writeHistory(f, {{f.home.path("Documents/x.txt"), to}});
+    const std::string before = readFile(f.historyPath());
+    Store& store = f.open();
+    f.platform.fault =
+        quorrin::testing::FaultPlatform::failing("readFile", "last-organization.json", EACCES);
+    store.undo();
+    EXPECT_TRUE(existsNoFollow(to));
+    EXPECT_EQ(readFile(f.historyPath()), before);
+    EXPECT_EQ(f.activityTexts(), (std::vector<std::string>{"Permission denied"}));
+    EXPECT_EQ(store.moves().size(), 1u);
+    EXPECT_FALSE(store.busy());
+}
+
 }  // namespace
 }  // namespace quorrin::store
