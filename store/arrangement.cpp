@@ -83,6 +83,11 @@ public:
                 continue;
             if (!looseInRoot(file) && !inOrdinaryCategoryFolder(file))
                 continue;
+            if (!inRealFolder(file)) {
+                result_.messages.push_back("Kept " + nameOf(file) + ": " +
+                                           Engine::categoryDestinationError().description);
+                continue;
+            }
             if (auto trashed = Engine::trash(file, true, platform_); trashed)
                 result_.trashed.insert(file.id());
             else
@@ -107,6 +112,11 @@ private:
         const std::string name = nameOf(file);
         if (!Engine::unchanged(file, platform_)) {
             result_.messages.push_back("Changed file skipped: " + name);
+            return;
+        }
+        if (!inRealFolder(file)) {
+            result_.messages.push_back("Could not move " + name + ": " +
+                                       Engine::categoryDestinationError().description);
             return;
         }
         // A path that cannot be written into the history cannot be moved safely.
@@ -138,9 +148,16 @@ private:
             MoveRecord record{file.url, target};
             if (auto written = writer_.append(record); !written)
                 return written.error();
-            auto moved = platform_.moveNoReplaceInto(file.url, *folder,
-                                                     std::string(Engine::lastComponent(target)));
+            const std::string targetName(Engine::lastComponent(target));
+            auto moved = platform_.moveNoReplaceInto(file.url, *folder, targetName);
             if (moved) {
+                // Swapped for a link while the file moved in, the folder would no longer be
+                // where the record says: put the file back rather than record a path through the
+                // link.
+                if (!stillAt(*folder, Engine::appendComponent(root, file.category))) {
+                    (void)platform_.moveNoReplaceOutOf(*folder, targetName, file.url);
+                    return Engine::categoryDestinationError();
+                }
                 result_.newMoves.push_back(record);
                 return {};
             }
@@ -149,6 +166,24 @@ private:
                 break;
         }
         return lastError;
+    }
+
+    // False when the file was found in a category folder that has since become a symbolic link:
+    // its path now leads elsewhere, maybe outside the connected folders, and nothing there is
+    // Quorrin's to move or trash. (A connected folder itself may well be reached through a link.)
+    bool inRealFolder(const Entry& file) {
+        if (!inOrdinaryCategoryFolder(file))
+            return true;
+        auto folder = platform_.stat(std::string(Engine::parentOf(file.url)), false);
+        return !folder || folder->type == platform::FileType::directory;
+    }
+
+    // Whether the folder open as `folder` is still the real folder at `path`.
+    bool stillAt(const Fd& folder, const std::string& path) {
+        auto opened = platform_.statAt(folder, ".", false);
+        auto there = platform_.stat(path, false);
+        return opened && there && there->type == platform::FileType::directory &&
+               there->device == opened->device && there->inode == opened->inode;
     }
 
     const ArrangementRequest& request_;

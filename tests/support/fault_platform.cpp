@@ -44,6 +44,7 @@ const std::vector<std::string>& FaultPlatform::operations() {
                                                    "makeDirectory",
                                                    "moveNoReplace",
                                                    "moveNoReplaceInto",
+                                                   "moveNoReplaceOutOf",
                                                    "createExclusive",
                                                    "write",
                                                    "sync",
@@ -108,6 +109,11 @@ Status FaultPlatform::moveNoReplaceInto(const std::string& from, const Fd& folde
                                         const std::string& name) {
     QUORRIN_FAULT_CHECK("moveNoReplaceInto", name);
     return LinuxPlatform::moveNoReplaceInto(from, folder, name);
+}
+Status FaultPlatform::moveNoReplaceOutOf(const Fd& folder, const std::string& name,
+                                         const std::string& to) {
+    QUORRIN_FAULT_CHECK("moveNoReplaceOutOf", to);
+    return LinuxPlatform::moveNoReplaceOutOf(folder, name, to);
 }
 Result<Fd> FaultPlatform::createExclusive(const std::string& path, std::uint32_t mode) {
     QUORRIN_FAULT_CHECK("createExclusive", path);
