@@ -1,4 +1,5 @@
 // The Store's changes to files chosen by the user: clearing to the Trash, and undo.
+#include "engine/errors.h"
 #include "engine/file_actions.h"
 #include "engine/paths.h"
 #include "store/history_file.h"
@@ -68,10 +69,19 @@ void Store::undo() {
         auto info = platform_.stat(path, false);
         return info.ok() || !info.error().isErrno(ENOENT);
     };
+    // The folder an arrangement moved a file into is a real folder; one that has become a symbolic
+    // link leads elsewhere, and what is there was never moved by Quorrin.
+    const auto inRealFolder = [&](const std::string& path) {
+        auto folder = platform_.stat(std::string(Engine::parentOf(path)), false);
+        return !folder || folder->type != platform::FileType::symlink;
+    };
     int restored = 0;
     std::vector<MoveRecord> remaining;
     for (auto record = records.rbegin(); record != records.rend(); ++record) {
-        if (present(record->to) && !present(record->from)) {
+        if (present(record->to) && !present(record->from) && !inRealFolder(record->to)) {
+            remaining.push_back(*record);
+            log(Engine::categoryDestinationError().description);
+        } else if (present(record->to) && !present(record->from)) {
             if (auto moved = platform_.moveNoReplace(record->to, record->from); moved) {
                 ++restored;
                 continue;
