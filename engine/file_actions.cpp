@@ -49,8 +49,11 @@ platform::Status trash(const Entry& entry, bool verifyDuplicate, platform::Platf
         if (!original)
             return originalUnavailableError();
         // The same file under a second name is no copy: trashing it would trash the original.
+        // Not knowing counts as the same.
         auto copy = platform.stat(entry.url, true);
-        if (copy && copy->device == original->device && copy->inode == original->inode)
+        if (!copy)
+            return copy.error();
+        if (copy->device == original->device && copy->inode == original->inode)
             return originalUnavailableError();
         auto copyDigest = digest(entry.url, platform);
         if (!copyDigest)
