@@ -139,6 +139,13 @@ int runProgram(const std::string& program, const std::initializer_list<std::stri
                std::string* output) {
     std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
+    int status = runProgramStatus(words, output);
+    return status != -1 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+int runProgramStatus(const std::vector<std::string>& given, std::string* output) {
+    std::vector<std::string> words = given;
+    const std::string& program = words.front();
     std::vector<char*> argv;
     for (auto& word : words)
         argv.push_back(word.data());
@@ -167,7 +174,7 @@ int runProgram(const std::string& program, const std::initializer_list<std::stri
     }
     if (output)
         *output = collected;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return status;
 }
 
 }  // namespace quorrin::testing

@@ -8,6 +8,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace quorrin::testing {
 
@@ -51,5 +52,8 @@ void removeTree(const std::string& path);
 // Runs a program without a shell; returns its exit status and fills `output` with its stdout.
 int runProgram(const std::string& program, const std::initializer_list<std::string>& arguments,
                std::string* output = nullptr);
+// The same for a program and its arguments in `words`, returning the raw wait status (so that a
+// death by signal shows), or -1 when the program could not be started.
+int runProgramStatus(const std::vector<std::string>& words, std::string* output = nullptr);
 
 }  // namespace quorrin::testing
