@@ -17,6 +17,32 @@ std::string encodeRecord(const MoveRecord& record) {
     return Engine::encode(record).dump();
 }
 
+std::string encodeHistory(const std::vector<MoveRecord>& records) {
+    std::string text = "[";
+    for (const auto& record : records) {
+        if (text.size() > 1)
+            text += ',';
+        text += encodeRecord(record);
+    }
+    text += ']';
+    return text;
+}
+
+std::vector<MoveRecord> decodeHistory(std::string_view text) {
+    auto document = parseJsonText(text);
+    if (!document || !document->is_array())
+        return {};
+    std::vector<MoveRecord> records;
+    records.reserve(document->size());
+    for (const auto& element : *document) {
+        auto record = Engine::decodeMoveRecord(element);
+        if (!record)
+            return {};
+        records.push_back(std::move(*record));
+    }
+    return records;
+}
+
 HistoryFile::HistoryFile(std::string path, platform::Platform& platform)
     : path_(std::move(path)), platform_(platform) {}
 
@@ -35,31 +61,15 @@ platform::Result<std::vector<MoveRecord>> HistoryFile::load() const {
             return std::vector<MoveRecord>{};
         return text.error();
     }
-    auto document = parseJsonText(*text);
-    if (!document || !document->is_array())
-        return std::vector<MoveRecord>{};
-    std::vector<MoveRecord> records;
-    records.reserve(document->size());
-    for (const auto& element : *document) {
-        auto record = Engine::decodeMoveRecord(element);
-        if (!record)
-            return std::vector<MoveRecord>{};
-        records.push_back(std::move(*record));
-    }
-    return records;
+    return decodeHistory(*text);
 }
 
 platform::Status HistoryFile::write(const std::vector<MoveRecord>& records) const {
-    std::string text = "[";
     for (const auto& record : records) {
         if (!Engine::validUtf8(record.from) || !Engine::validUtf8(record.to))
             return invalidFileNameError();
-        if (text.size() > 1)
-            text += ',';
-        text += encodeRecord(record);
     }
-    text += ']';
-    return writeText(text);
+    return writeText(encodeHistory(records));
 }
 
 platform::Status HistoryFile::writeText(std::string_view text) const {

@@ -5,6 +5,7 @@
 #include "platform/platform.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quorrin::store {
@@ -14,6 +15,14 @@ using Engine::MoveRecord;
 // The stored text of one record: {"from":…,"to":…}, compact, members in that order. Both paths
 // must be valid UTF-8.
 std::string encodeRecord(const MoveRecord& record);
+
+// The whole file text for `records`: a compact JSON array of encodeRecord() texts.
+std::string encodeHistory(const std::vector<MoveRecord>& records);
+
+// The records in a history file's text; empty when the text is not valid UTF-8, nests too deep,
+// is not JSON, or is not an array of records each with a string "from" and "to" (one bad element
+// spoils the whole file, so no partial history is ever acted on).
+std::vector<MoveRecord> decodeHistory(std::string_view text);
 
 class HistoryFile {
 public:

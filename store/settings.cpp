@@ -88,7 +88,11 @@ SettingsValues Settings::read() const {
             return {};
         return SettingsValues{.unreadable = text.error()};
     }
-    auto document = parseJsonText(*text);
+    return decodeSettings(*text);
+}
+
+SettingsValues decodeSettings(std::string_view text) {
+    auto document = parseJsonText(text);
     if (!document || !document->is_object())
         return {};
     return SettingsValues{
