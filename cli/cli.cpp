@@ -26,11 +26,16 @@ struct UsageError {
     std::string command;
 };
 
-// The words of one command: options (with their values) and the remaining operands.
+// The words of one command: options (with their values) and the remaining operands. Every word
+// after "--" is an operand, so that a file named "-x" or "--help" can be given.
 class Words {
 public:
-    Words(std::vector<std::string> words, std::string command)
-        : words_(std::move(words)), command_(std::move(command)) {}
+    Words(std::vector<std::string> words, std::string command) : command_(std::move(command)) {
+        auto end = std::find(words.begin(), words.end(), std::string("--"));
+        if (end != words.end())
+            literal_.assign(end + 1, words.end());
+        words_.assign(words.begin(), end);
+    }
 
     bool flag(const std::string& name) {
         auto found = std::find(words_.begin(), words_.end(), name);
@@ -52,10 +57,11 @@ public:
     // What is left once the options are taken: operands. An unknown option is a usage error.
     std::vector<std::string> operands() {
         for (const std::string& word : words_)
-            if (word.size() > 1 && word.front() == '-' && word != "--")
+            if (word.size() > 1 && word.front() == '-')
                 throw UsageError{"unknown option " + word, command_};
-        std::erase(words_, std::string("--"));
-        return words_;
+        std::vector<std::string> all = words_;
+        all.insert(all.end(), literal_.begin(), literal_.end());
+        return all;
     }
     void noOperands() {
         if (auto rest = operands(); !rest.empty())
@@ -63,7 +69,8 @@ public:
     }
 
 private:
-    std::vector<std::string> words_;
+    std::vector<std::string> words_;    // before "--": options and operands
+    std::vector<std::string> literal_;  // after "--": operands only
     std::string command_;
 };
 

@@ -11,10 +11,12 @@
 namespace quorrin::Engine {
 
 std::string unique(const std::string& path, platform::Platform& platform) {
+    // Only an item that is there takes a name. A name that cannot be looked up (too long to
+    // exist, a folder that cannot be searched) ends the search too: every later variant would
+    // fail the same way, so counting on would never end. The caller's move never replaces
+    // anything, so at worst it fails there with the system's own text.
     const auto taken = [&](const std::string& candidate) {
-        auto info = platform.stat(candidate, false);
-        // Only a definite "nothing there" frees a name; any other failure keeps it taken.
-        return info.ok() || !info.error().isErrno(ENOENT);
+        return platform.stat(candidate, false).ok();
     };
     if (!taken(path))
         return path;
@@ -49,8 +51,11 @@ platform::Status trash(const Entry& entry, bool verifyDuplicate, platform::Platf
         if (!original)
             return originalUnavailableError();
         // The same file under a second name is no copy: trashing it would trash the original.
+        // Not knowing counts as the same.
         auto copy = platform.stat(entry.url, true);
-        if (copy && copy->device == original->device && copy->inode == original->inode)
+        if (!copy)
+            return copy.error();
+        if (copy->device == original->device && copy->inode == original->inode)
             return originalUnavailableError();
         auto copyDigest = digest(entry.url, platform);
         if (!copyDigest)

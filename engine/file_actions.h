@@ -9,7 +9,9 @@
 namespace quorrin::Engine {
 
 // `path` itself when nothing is there, else the first free "stem (n).ext" in the same folder,
-// n = 2, 3, … . Any item counts as taken, a dangling symbolic link included.
+// n = 2, 3, … . Any item counts as taken, a dangling symbolic link included; a name whose lookup
+// fails for another reason (too long, no permission) is returned as it is, to be refused by the
+// move that follows.
 std::string unique(const std::string& path, platform::Platform& platform = platform::system());
 
 // True only when the item at entry.url is still a regular file with the recorded size and exactly

@@ -159,15 +159,16 @@ namespace {
 
 // renameat2 with RENAME_NOREPLACE; where the file system refuses the flag, a hard link claims the
 // name without replacing anything, and only a successful link lets the old name go.
-Status moveWithoutReplacing(const std::string& from, int toFolder, const std::string& to) {
-    if (::renameat2(AT_FDCWD, from.c_str(), toFolder, to.c_str(), RENAME_NOREPLACE) == 0)
+Status moveWithoutReplacing(int fromFolder, const std::string& from, int toFolder,
+                            const std::string& to) {
+    if (::renameat2(fromFolder, from.c_str(), toFolder, to.c_str(), RENAME_NOREPLACE) == 0)
         return {};
     int err = errno;
     if (err != EINVAL && err != ENOSYS && err != EOPNOTSUPP)
         return Error::fromErrno(err);
-    if (::linkat(AT_FDCWD, from.c_str(), toFolder, to.c_str(), 0) != 0)
+    if (::linkat(fromFolder, from.c_str(), toFolder, to.c_str(), 0) != 0)
         return Error::fromErrno(errno);
-    if (::unlink(from.c_str()) != 0) {
+    if (::unlinkat(fromFolder, from.c_str(), 0) != 0) {
         err = errno;
         ::unlinkat(toFolder, to.c_str(), 0);
         return Error::fromErrno(err);
@@ -178,12 +179,17 @@ Status moveWithoutReplacing(const std::string& from, int toFolder, const std::st
 }  // namespace
 
 Status LinuxPlatform::moveNoReplace(const std::string& from, const std::string& to) {
-    return moveWithoutReplacing(from, AT_FDCWD, to);
+    return moveWithoutReplacing(AT_FDCWD, from, AT_FDCWD, to);
 }
 
 Status LinuxPlatform::moveNoReplaceInto(const std::string& from, const Fd& folder,
                                         const std::string& name) {
-    return moveWithoutReplacing(from, folder.get(), name);
+    return moveWithoutReplacing(AT_FDCWD, from, folder.get(), name);
+}
+
+Status LinuxPlatform::moveNoReplaceOutOf(const Fd& folder, const std::string& name,
+                                         const std::string& to) {
+    return moveWithoutReplacing(folder.get(), name, AT_FDCWD, to);
 }
 
 Result<Fd> LinuxPlatform::createExclusive(const std::string& path, std::uint32_t mode) {

@@ -22,6 +22,8 @@ public:
     Status moveNoReplace(const std::string& from, const std::string& to) override;
     Status moveNoReplaceInto(const std::string& from, const Fd& folder,
                              const std::string& name) override;
+    Status moveNoReplaceOutOf(const Fd& folder, const std::string& name,
+                              const std::string& to) override;
     Result<Fd> createExclusive(const std::string& path, std::uint32_t mode) override;
     Status write(const Fd& file, std::span<const std::byte> bytes) override;
     Status sync(const Fd& file) override;

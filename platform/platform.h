@@ -62,6 +62,10 @@ public:
     // was opened is never written through.
     virtual Status moveNoReplaceInto(const std::string& from, const Fd& folder,
                                      const std::string& name) = 0;
+    // The way back: moves `name` out of the folder open as `folder` to `to`, never replacing. It
+    // reaches the item where it really is even after its folder was renamed or swapped for a link.
+    virtual Status moveNoReplaceOutOf(const Fd& folder, const std::string& name,
+                                      const std::string& to) = 0;
     // Creates a new file that did not exist (O_EXCL), open for writing.
     virtual Result<Fd> createExclusive(const std::string& path, std::uint32_t mode) = 0;
     // Writes all of `bytes`.

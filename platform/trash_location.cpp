@@ -143,8 +143,12 @@ Result<TrashFolder> trashFor(Platform& platform, const std::string& itemPath,
     const std::string name(lastComponent(itemPath));
 
     const std::string home = homeTrashPath(platform);
-    if (auto homeDevice = deviceOfNearest(platform, home);
-        homeDevice.ok() && *homeDevice == item.device) {
+    // Not knowing where the home trash lives is no reason to pick another trash: the item would
+    // land in a trash at the top of its file system, far from where the user looks for it.
+    auto homeDevice = deviceOfNearest(platform, home);
+    if (!homeDevice.ok())
+        return cannotTrash(name, homeDevice.error());
+    if (*homeDevice == item.device) {
         Status made = makeFolders(platform, home);
         if (made.ok())
             made = prepareContents(platform, home);

@@ -60,8 +60,12 @@ Result<Fd> openCategoryFolder(const std::string& root, std::string_view category
 class Run {
 public:
     Run(const ArrangementRequest& request, platform::Platform& platform, HistoryWriter& writer,
-        ArrangementResult& result)
-        : request_(request), platform_(platform), writer_(writer), result_(result) {}
+        ArrangementResult& result, std::optional<Error> historyUnreadable)
+        : request_(request),
+          platform_(platform),
+          writer_(writer),
+          result_(result),
+          historyUnreadable_(std::move(historyUnreadable)) {}
 
     void trashDuplicates() {
         if (!request_.autoDuplicates)
@@ -73,6 +77,11 @@ public:
                 continue;
             if (!looseInRoot(file) && !inOrdinaryCategoryFolder(file))
                 continue;
+            if (!inRealFolder(file)) {
+                result_.messages.push_back("Kept " + nameOf(file) + ": " +
+                                           Engine::categoryDestinationError().description);
+                continue;
+            }
             if (auto trashed = Engine::trash(file, true, platform_); trashed)
                 result_.trashed.insert(file.id());
             else
@@ -99,6 +108,11 @@ private:
             result_.messages.push_back("Changed file skipped: " + name);
             return;
         }
+        if (!inRealFolder(file)) {
+            result_.messages.push_back("Could not move " + name + ": " +
+                                       Engine::categoryDestinationError().description);
+            return;
+        }
         // A path that cannot be written into the history cannot be moved safely.
         if (!Engine::validUtf8(file.url) || !Engine::validUtf8(file.root.str())) {
             result_.messages.push_back("Could not move " + name +
@@ -111,6 +125,9 @@ private:
     }
 
     platform::Status tryMove(const Entry& file, const std::string& name) {
+        // No move without its record, and no record without the history it joins.
+        if (historyUnreadable_)
+            return *historyUnreadable_;
         const std::string root(Engine::withoutTrailingSlashes(file.root.str()));
         // A name taken between choosing it and moving is never overwritten: choose again.
         constexpr int attempts = 3;
@@ -125,9 +142,16 @@ private:
             MoveRecord record{file.url, target};
             if (auto written = writer_.append(record); !written)
                 return written.error();
-            auto moved = platform_.moveNoReplaceInto(file.url, *folder,
-                                                     std::string(Engine::lastComponent(target)));
+            const std::string targetName(Engine::lastComponent(target));
+            auto moved = platform_.moveNoReplaceInto(file.url, *folder, targetName);
             if (moved) {
+                // Swapped for a link while the file moved in, the folder would no longer be
+                // where the record says: put the file back rather than record a path through the
+                // link.
+                if (!stillAt(*folder, Engine::appendComponent(root, file.category))) {
+                    (void)platform_.moveNoReplaceOutOf(*folder, targetName, file.url);
+                    return Engine::categoryDestinationError();
+                }
                 result_.newMoves.push_back(record);
                 return {};
             }
@@ -138,10 +162,29 @@ private:
         return lastError;
     }
 
+    // False when the file was found in a category folder that has since become a symbolic link:
+    // its path now leads elsewhere, maybe outside the connected folders, and nothing there is
+    // Quorrin's to move or trash. (A connected folder itself may well be reached through a link.)
+    bool inRealFolder(const Entry& file) {
+        if (!inOrdinaryCategoryFolder(file))
+            return true;
+        auto folder = platform_.stat(std::string(Engine::parentOf(file.url)), false);
+        return !folder || folder->type == platform::FileType::directory;
+    }
+
+    // Whether the folder open as `folder` is still the real folder at `path`.
+    bool stillAt(const Fd& folder, const std::string& path) {
+        auto opened = platform_.statAt(folder, ".", false);
+        auto there = platform_.stat(path, false);
+        return opened && there && there->type == platform::FileType::directory &&
+               there->device == opened->device && there->inode == opened->inode;
+    }
+
     const ArrangementRequest& request_;
     platform::Platform& platform_;
     HistoryWriter& writer_;
     ArrangementResult& result_;
+    std::optional<Error> historyUnreadable_;
 };
 
 }  // namespace
@@ -162,15 +205,24 @@ ArrangementResult arrange(const ArrangementRequest& request, platform::Platform&
     ArrangementResult result;
     auto lock = HistoryLock::acquire(request.historyPath, historyLockWait, platform);
     if (!lock) {
-        result.locked = false;
+        result.lockError = lock.error().description;
         return result;
     }
     // Start from the history as it is on disk now: another process may have added to it.
-    result.history = HistoryFile(request.historyPath, platform).read();
+    auto history = HistoryFile(request.historyPath, platform).load();
+    std::optional<Error> unreadable;
+    if (history) {
+        result.history = std::move(*history);
+    } else {
+        unreadable = history.error();
+        result.historyError = unreadable->description;
+    }
     HistoryWriter writer(request.historyPath, result.history, platform);
-    Run run(request, platform, writer, result);
+    Run run(request, platform, writer, result, unreadable);
     run.trashDuplicates();
     run.arrangeFiles();
+    if (result.historyError)
+        return result;  // rewriting the history would drop the records that could not be read
 
     // The history written before each move also lists moves that then failed; the final write
     // keeps only those that happened.

@@ -21,14 +21,18 @@ struct ArrangementRequest {
 };
 
 struct ArrangementResult {
-    // False when another process held the history: then nothing was changed at all.
-    bool locked = true;
+    // Set, to the text the user reads, when the history lock could not be taken (another process
+    // holds it, or the system refused it): then nothing was changed at all.
+    std::optional<std::string> lockError;
     // The history as it stood when the run began (read under the lock), then this run's moves.
     std::vector<Engine::MoveRecord> history;
     std::vector<Engine::MoveRecord> newMoves;  // in the order performed
     std::vector<std::string> messages;         // skipped and failed files, in the order met
     std::unordered_set<std::string> trashed;   // ids sent to the Trash
     std::optional<std::string> saveError;      // the final history write failed with this text
+    // Set, to the system's text, when the history on disk could not be read: then no file was
+    // moved (each is reported), the history file was left as it was, and `history` is empty.
+    std::optional<std::string> historyError;
 };
 
 // Runs on a background thread with copies. Holds the history lock for the whole run, writes the

@@ -7,6 +7,7 @@
 #include "store/json_text.h"
 #include "store/locations.h"
 
+#include <cerrno>
 #include <nlohmann/json.hpp>
 
 namespace quorrin::store {
@@ -16,14 +17,19 @@ std::string encodeRecord(const MoveRecord& record) {
     return Engine::encode(record).dump();
 }
 
-HistoryFile::HistoryFile(std::string path, platform::Platform& platform)
-    : path_(std::move(path)), platform_(platform) {}
+std::string encodeHistory(const std::vector<MoveRecord>& records) {
+    std::string text = "[";
+    for (const auto& record : records) {
+        if (text.size() > 1)
+            text += ',';
+        text += encodeRecord(record);
+    }
+    text += ']';
+    return text;
+}
 
-std::vector<MoveRecord> HistoryFile::read() const {
-    auto text = platform_.readFile(path_, stateFileLimit);
-    if (!text)
-        return {};
-    auto document = parseJsonText(*text);
+std::vector<MoveRecord> decodeHistory(std::string_view text) {
+    auto document = parseJsonText(text);
     if (!document || !document->is_array())
         return {};
     std::vector<MoveRecord> records;
@@ -37,17 +43,33 @@ std::vector<MoveRecord> HistoryFile::read() const {
     return records;
 }
 
+HistoryFile::HistoryFile(std::string path, platform::Platform& platform)
+    : path_(std::move(path)), platform_(platform) {}
+
+std::vector<MoveRecord> HistoryFile::read() const {
+    auto records = load();
+    if (!records)
+        return {};
+    return std::move(*records);
+}
+
+platform::Result<std::vector<MoveRecord>> HistoryFile::load() const {
+    auto text = platform_.readFile(path_, stateFileLimit);
+    if (!text) {
+        // Missing means no history yet; an oversized file counts as damaged.
+        if (text.error().isErrno(ENOENT) || text.error().isErrno(EFBIG))
+            return std::vector<MoveRecord>{};
+        return text.error();
+    }
+    return decodeHistory(*text);
+}
+
 platform::Status HistoryFile::write(const std::vector<MoveRecord>& records) const {
-    std::string text = "[";
     for (const auto& record : records) {
         if (!Engine::validUtf8(record.from) || !Engine::validUtf8(record.to))
             return invalidFileNameError();
-        if (text.size() > 1)
-            text += ',';
-        text += encodeRecord(record);
     }
-    text += ']';
-    return writeText(text);
+    return writeText(encodeHistory(records));
 }
 
 platform::Status HistoryFile::writeText(std::string_view text) const {

@@ -5,6 +5,7 @@
 #include "platform/platform.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quorrin::store {
@@ -14,6 +15,14 @@ using Engine::MoveRecord;
 // The stored text of one record: {"from":…,"to":…}, compact, members in that order. Both paths
 // must be valid UTF-8.
 std::string encodeRecord(const MoveRecord& record);
+
+// The whole file text for `records`: a compact JSON array of encodeRecord() texts.
+std::string encodeHistory(const std::vector<MoveRecord>& records);
+
+// The records in a history file's text; empty when the text is not valid UTF-8, nests too deep,
+// is not JSON, or is not an array of records each with a string "from" and "to" (one bad element
+// spoils the whole file, so no partial history is ever acted on).
+std::vector<MoveRecord> decodeHistory(std::string_view text);
 
 class HistoryFile {
 public:
@@ -25,6 +34,11 @@ public:
     // or one that is not an array of records each with a string "from" and "to", gives an empty
     // history: one bad element spoils the whole file, so no partial history is ever acted on.
     std::vector<MoveRecord> read() const;
+
+    // The same, except that a file that is there but cannot be read (an I/O error, no permission)
+    // is an error rather than an empty history: whoever rewrites the history from what it read
+    // must not lose records it could not see. A missing file is an empty history.
+    platform::Result<std::vector<MoveRecord>> load() const;
 
     // Replaces the file with exactly `records`, durably (see writeAtomically), creating its folder
     // when needed. Refused with invalidFileNameError(), writing nothing, when any path is not

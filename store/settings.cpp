@@ -82,9 +82,17 @@ Settings::Settings(std::string path, platform::Platform& platform)
 
 SettingsValues Settings::read() const {
     auto text = platform_.readFile(path_, stateFileLimit);
-    if (!text)
-        return {};
-    auto document = parseJsonText(*text);
+    if (!text) {
+        // A missing file was never saved; an oversized one counts as damaged.
+        if (text.error().isErrno(ENOENT) || text.error().isErrno(EFBIG))
+            return {};
+        return SettingsValues{.unreadable = text.error()};
+    }
+    return decodeSettings(*text);
+}
+
+SettingsValues decodeSettings(std::string_view text) {
+    auto document = parseJsonText(text);
     if (!document || !document->is_object())
         return {};
     return SettingsValues{

@@ -8,6 +8,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quorrin::store {
@@ -18,7 +19,13 @@ struct SettingsValues {
     std::optional<std::vector<std::string>> kept;   // ids of the files kept
     std::optional<std::int64_t> weeks;              // as stored; the Store applies its bounds
     std::optional<platform::Instant> lastReview;    // when the weekly review was last done
+    // Set when the file is there but could not be read (an I/O error, no permission): then every
+    // key is absent, yet none of them may be taken as never saved.
+    std::optional<platform::Error> unreadable;
 };
+
+// The values in a settings file's text; every key absent when the text is not a JSON object.
+SettingsValues decodeSettings(std::string_view text);
 
 // Reading takes no lock: the file is only ever replaced whole. Each write re-reads the file under
 // an exclusive lock ("<path>.lock") and replaces only its own key, keeping every other key (those

@@ -18,7 +18,11 @@ Store::Store(Executor& executor, platform::Platform& platform, FolderChooser cho
     SettingsValues saved = settings_.read();
     if (saved.kept)
         kept_ = std::set<std::string>(saved.kept->begin(), saved.kept->end());
-    if (saved.roots) {
+    if (saved.unreadable) {
+        // The saved folders and kept files are unknown: connecting the default folders instead
+        // would arrange folders the user never chose and files the user kept.
+        log("Could not read settings: " + saved.unreadable->description);
+    } else if (saved.roots) {
         roots_ = *saved.roots;
     } else {
         const std::string home = platform.homeFolder();

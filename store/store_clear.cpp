@@ -1,4 +1,5 @@
 // The Store's changes to files chosen by the user: clearing to the Trash, and undo.
+#include "engine/errors.h"
 #include "engine/file_actions.h"
 #include "engine/paths.h"
 #include "store/history_file.h"
@@ -47,13 +48,20 @@ void Store::undo() {
     setBusy(true);
     auto lock = HistoryLock::acquire(logPath_, historyLockWait, platform_);
     if (!lock) {
-        log(lockBusyMessage);
+        log(lock.error().description);
         setBusy(false);
         return;
     }
-    // Start from the history on disk: another window or command may have added to it.
+    // Start from the history on disk: another window or command may have added to it. One that
+    // cannot be read is not rewritten from memory, which may lack those records.
     HistoryFile history(logPath_, platform_);
-    std::vector<MoveRecord> records = history.read();
+    auto loaded = history.load();
+    if (!loaded) {
+        log(loaded.error().description);
+        setBusy(false);
+        return;
+    }
+    std::vector<MoveRecord> records = std::move(*loaded);
     if (records.empty())
         records = moves_;
 
@@ -61,10 +69,19 @@ void Store::undo() {
         auto info = platform_.stat(path, false);
         return info.ok() || !info.error().isErrno(ENOENT);
     };
+    // The folder an arrangement moved a file into is a real folder; one that has become a symbolic
+    // link leads elsewhere, and what is there was never moved by Quorrin.
+    const auto inRealFolder = [&](const std::string& path) {
+        auto folder = platform_.stat(std::string(Engine::parentOf(path)), false);
+        return !folder || folder->type != platform::FileType::symlink;
+    };
     int restored = 0;
     std::vector<MoveRecord> remaining;
     for (auto record = records.rbegin(); record != records.rend(); ++record) {
-        if (present(record->to) && !present(record->from)) {
+        if (present(record->to) && !present(record->from) && !inRealFolder(record->to)) {
+            remaining.push_back(*record);
+            log(Engine::categoryDestinationError().description);
+        } else if (present(record->to) && !present(record->from)) {
             if (auto moved = platform_.moveNoReplace(record->to, record->from); moved) {
                 ++restored;
                 continue;

@@ -98,14 +98,16 @@ void Store::startArrangement(std::vector<std::string> notes) {
 }
 
 void Store::finishArrangement(ArrangementResult outcome, std::vector<std::string> notes) {
-    if (!outcome.locked) {
-        log(lockBusyMessage);
+    if (outcome.lockError) {
+        log(*outcome.lockError);
         setBusy(false);
         return;
     }
-    moves_ = std::move(outcome.history);
-    moves_.insert(moves_.end(), outcome.newMoves.begin(), outcome.newMoves.end());
-    set(Property::moves);
+    if (!outcome.historyError) {
+        moves_ = std::move(outcome.history);
+        moves_.insert(moves_.end(), outcome.newMoves.begin(), outcome.newMoves.end());
+        set(Property::moves);
+    }
     if (outcome.saveError)
         log("Could not save undo history: " + *outcome.saveError);
 

@@ -129,6 +129,27 @@ TEST_F(Trash, TheSameFileUnderTwoNamesIsNoCopyOfItself) {
     EXPECT_TRUE(existsNoFollow(second));
 }
 
+TEST_F(Trash, WhenItCannotBeToldWhetherTheCopyIsTheOriginalNothingIsTrashed) {
+    std::string original = home.writeFile("Documents/a.txt", "linked");
+    std::string second = home.path("Documents/b.txt");
+    ASSERT_EQ(::link(original.c_str(), second.c_str()), 0);
+    Entry entry = scanned("Documents/b.txt");
+    entry.duplicateOf = original;
+    // The copy's identity is asked for after its unchanged check and the original's status.
+    quorrin::testing::FaultPlatform platform;
+    int statsOfTheCopy = 0;
+    platform.fault = [&](const std::string& operation,
+                         const std::string& path) -> std::optional<platform::Error> {
+        if (operation == "stat" && path == second && ++statsOfTheCopy == 2)
+            return platform::Error::fromErrno(EIO);
+        return std::nullopt;
+    };
+    platform::Status result = trash(entry, true, platform);
+    ASSERT_FALSE(result.ok());
+    EXPECT_EQ(result.error().description, "Input/output error");
+    EXPECT_TRUE(existsNoFollow(second));
+}
+
 TEST_F(Trash, AReadFailurePassesThroughAndNothingIsTrashed) {
     std::string original = home.writeFile("Documents/a.txt", "same");
     std::string copy = home.writeFile("Documents/b.txt", "same");

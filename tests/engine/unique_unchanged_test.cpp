@@ -1,6 +1,7 @@
 // unique() picks a free name; unchanged() compares size and the exact modification instant.
 #include "engine/file_actions.h"
 #include "engine/scanner.h"
+#include "tests/support/fault_platform.h"
 #include "tests/support/temp_home.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +10,7 @@
 namespace quorrin::Engine {
 namespace {
 
+using quorrin::testing::FaultPlatform;
 using quorrin::testing::setModified;
 using quorrin::testing::TempHome;
 
@@ -34,6 +36,33 @@ TEST(Unique, ADanglingLinkTakesTheName) {
     TempHome home;
     ASSERT_EQ(::symlink("/nonexistent", home.path("x.txt").c_str()), 0);
     EXPECT_EQ(unique(home.path("x.txt")), home.path("x (2).txt"));
+}
+
+TEST(Unique, ANameTooLongToExistEndsTheSearch) {
+    TempHome home;
+    const std::string stem(251, 'n');
+    home.writeFile(stem + ".txt");  // 255 bytes, the longest name there is
+    FaultPlatform platform;
+    // Each variant is longer still; the system can only answer "name too long" for it.
+    EXPECT_EQ(unique(home.path(stem + ".txt"), platform), home.path(stem + " (2).txt"));
+    EXPECT_EQ(platform.calls["stat"], 2);
+}
+
+TEST(Unique, AFolderThatCannotBeSearchedEndsTheSearch) {
+    TempHome home;
+    FaultPlatform platform;
+    // Every answer is "permission denied"; after a thousand the platform gives in, so that a
+    // search that does not stop on its own still ends.
+    platform.fault = [&](const std::string& operation,
+                         const std::string&) -> std::optional<platform::Error> {
+        if (operation == "stat" && platform.calls["stat"] <= 1000)
+            return platform::Error::fromErrno(EACCES);
+        return platform::Error::fromErrno(ENOENT);
+    };
+    // A no-replace move into the name then fails with the system's own text, or succeeds without
+    // replacing anything.
+    EXPECT_EQ(unique(home.path("x.txt"), platform), home.path("x.txt"));
+    EXPECT_EQ(platform.calls["stat"], 1);
 }
 
 Entry scannedEntry(const TempHome& home, const std::string& relative) {

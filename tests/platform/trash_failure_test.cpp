@@ -1,6 +1,7 @@
 // Failures while trashing: the item stays where it was and no record is left behind.
 #include "platform/linux_platform.h"
 #include "platform/trash.h"
+#include "tests/support/fault_platform.h"
 #include "tests/support/temp_home.h"
 #include "tests/support/trash_inspection.h"
 
@@ -168,6 +169,31 @@ TEST(TrashFailure, NameTakenDuringTheMoveMovesOnToAFreeName) {
     EXPECT_EQ(namesIn(scene.files), std::vector<std::string>{"report.txt.3"});
     EXPECT_EQ(namesIn(scene.info), std::vector<std::string>{"report.txt.3.trashinfo"});
     EXPECT_EQ(readFile(scene.files + "/report.txt.3"), "keep me");
+}
+
+TEST(TrashFailure, AHomeTrashThatCannotBeExaminedIsNoReasonToUseAnother) {
+    Scene scene;
+    quorrin::testing::FaultPlatform platform;
+    std::vector<std::string> elsewhere;
+    const std::string home = scene.home.home();
+    platform.fault = [&](const std::string& operation,
+                         const std::string& path) -> std::optional<Error> {
+        if (operation == "stat" && path.ends_with("/.local/share/Trash"))
+            return Error::fromErrno(EIO);
+        // A trash at the top of the file system must not even be looked at; refuse it so that
+        // nothing is created outside the temporary folder even when it is.
+        if (path.find("/.Trash") != std::string::npos && path.rfind(home, 0) != 0) {
+            elsewhere.push_back(operation + " " + path);
+            return Error::fromErrno(EACCES);
+        }
+        return std::nullopt;
+    };
+    Status trashed = moveToTrash(platform, scene.file);
+    ASSERT_FALSE(trashed.ok());
+    EXPECT_EQ(trashed.error().description,
+              "Cannot move report.txt to the Trash: Input/output error");
+    EXPECT_TRUE(elsewhere.empty()) << elsewhere.front();
+    EXPECT_EQ(readFile(scene.file), "keep me");
 }
 
 }  // namespace

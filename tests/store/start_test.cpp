@@ -1,6 +1,7 @@
 // Start: scan, send qualifying duplicates to the Trash, arrange loose files, record every move.
 #include "tests/support/store/store_fixture.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
@@ -237,6 +238,43 @@ TEST_F(Start, AnotherProcessHoldingTheHistoryStopsTheRunBeforeAnyChange) {
     EXPECT_TRUE(existsNoFollow(in("a.txt")));
     EXPECT_EQ(store.activity().front().text(), lockBusyMessage);
     EXPECT_FALSE(store.busy());
+}
+
+TEST_F(Start, AHistoryLockTheSystemRefusesIsReportedWithItsOwnText) {
+    f.home.writeFile("Downloads/a.txt", "a");
+    Store& store = f.open();
+    f.platform.fault = quorrin::testing::FaultPlatform::failing("lockFile", ".lock", EIO);
+    start();
+    EXPECT_TRUE(existsNoFollow(in("a.txt")));
+    EXPECT_EQ(store.activity().front().text(), "Input/output error");
+    EXPECT_FALSE(store.busy());
+}
+
+TEST_F(Start, AHistoryThatCannotBeReadIsNeitherRewrittenNorExtended) {
+    f.home.writeFile("Downloads/a.txt", "a");
+    Store& store = f.open();
+    start();
+    const std::string before = readFile(f.historyPath());
+    ASSERT_EQ(history().size(), 1u);
+
+    f.home.writeFile("Downloads/b.mp3", "b");
+    f.home.writeFile("Downloads/c.jpg", "same");
+    f.home.writeFile("Downloads/d.jpg", "same");
+    f.platform.fault =
+        quorrin::testing::FaultPlatform::failing("readFile", "last-organization.json", EIO);
+    start();
+    // The duplicate pass needs no history; no file moves without it.
+    EXPECT_TRUE(existsNoFollow(in("b.mp3")));
+    EXPECT_TRUE(existsNoFollow(in("c.jpg")));
+    EXPECT_FALSE(existsNoFollow(in("d.jpg")));
+    EXPECT_EQ(readFile(f.historyPath()), before);
+    EXPECT_EQ(store.moves().size(), 1u);
+    const auto texts = f.activityTexts();
+    EXPECT_NE(std::find(texts.begin(), texts.end(), "Could not move b.mp3: Input/output error"),
+              texts.end());
+    EXPECT_EQ(texts.front(),
+              "Done • 0 files arranged • 1 duplicates sent to Trash • See Activity for skipped "
+              "files");
 }
 
 }  // namespace

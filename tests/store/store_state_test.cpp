@@ -46,6 +46,36 @@ TEST(StoreState, AnEmptyRootsArrayMeansNoRoots) {
     EXPECT_EQ(store.kept(), (std::set<std::string>{"/k/a.txt"}));
 }
 
+TEST(StoreState, SettingsThatCannotBeReadConnectNothingAndSaySo) {
+    StoreFixture f;
+    std::string kept = f.home.writeFile("Downloads/kept.txt", "kept");
+    f.home.writeFile("Documents/report.pdf", "report");
+    f.writeSettings(R"({"roots":[")" + f.home.path("Downloads") + R"("],"kept":[")" + kept +
+                    R"("]})");
+    const std::string saved = f.settingsText();
+    f.platform.fault = quorrin::testing::FaultPlatform::failing("readFile", "settings.json", EIO);
+    Store& store = f.open();
+    EXPECT_TRUE(store.roots().empty());
+    EXPECT_EQ(f.activityTexts(),
+              (std::vector<std::string>{"Could not read settings: Input/output error"}));
+    // Nothing the user did not choose is arranged, and the kept file stays.
+    store.scan({.organize = true});
+    f.settle();
+    EXPECT_EQ(quorrin::testing::readFile(kept), "kept");
+    EXPECT_TRUE(quorrin::testing::existsNoFollow(f.home.path("Documents/report.pdf")));
+    EXPECT_FALSE(quorrin::testing::existsNoFollow(f.home.path("Documents/04 Documents")));
+    // Nor is the unread file replaced by a later change.
+    store.setWeeks(7);
+    EXPECT_EQ(f.settingsText(), saved);
+}
+
+TEST(StoreState, AMissingSettingsFileIsAFirstLaunchNotAFailure) {
+    StoreFixture f;
+    Store& store = f.open();
+    EXPECT_EQ(store.roots().size(), 3u);
+    EXPECT_TRUE(store.activity().empty());
+}
+
 TEST(StoreState, ACorruptOrEmptyHistoryLeavesMovesEmpty) {
     for (const char* content : {"", "{not json", R"([{"from":"/a"}])", "[1,2]"}) {
         StoreFixture f;

@@ -1,10 +1,12 @@
 // undo(): puts arranged files back, newest move first, never over an occupied place.
 #include "tests/support/store/store_fixture.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace quorrin::store {
 namespace {
@@ -110,6 +112,65 @@ TEST(Undo, StartThenUndoPutsEverythingBack) {
     EXPECT_EQ(readFile(f.home.path("Downloads/a.txt")), "a");
     EXPECT_EQ(readFile(f.home.path("Downloads/b.png")), "b");
     EXPECT_EQ(readFile(f.historyPath()), "[]");
+}
+
+TEST(Undo, AHistoryLockTheSystemRefusesIsReportedWithItsOwnText) {
+    StoreFixture f;
+    std::string to = f.home.writeFile("Documents/04 Documents/x.txt");
+    writeHistory(f, {{f.home.path("Documents/x.txt"), to}});
+    Store& store = f.open();
+    f.platform.fault = quorrin::testing::FaultPlatform::failing("lockFile", ".lock", EROFS);
+    store.undo();
+    EXPECT_TRUE(existsNoFollow(to));
+    EXPECT_EQ(f.activityTexts(), (std::vector<std::string>{"Read-only file system"}));
+    EXPECT_EQ(store.moves().size(), 1u);
+    EXPECT_FALSE(store.busy());
+}
+
+TEST(Undo, AHistoryThatCannotBeReadIsLeftAsItIs) {
+    StoreFixture f;
+    std::string to = f.home.writeFile("Documents/04 Documents/x.txt");
+    writeHistory(f, {{f.home.path("Documents/x.txt"), to}});
+    const std::string before = readFile(f.historyPath());
+    Store& store = f.open();
+    f.platform.fault =
+        quorrin::testing::FaultPlatform::failing("readFile", "last-organization.json", EACCES);
+    store.undo();
+    EXPECT_TRUE(existsNoFollow(to));
+    EXPECT_EQ(readFile(f.historyPath()), before);
+    EXPECT_EQ(f.activityTexts(), (std::vector<std::string>{"Permission denied"}));
+    EXPECT_EQ(store.moves().size(), 1u);
+    EXPECT_FALSE(store.busy());
+}
+
+TEST(Undo, NothingIsFetchedThroughACategoryFolderSwappedForALink) {
+    StoreFixture f;
+    std::string outside = f.home.base() + "/outside";
+    f.home.writeFile("Documents/a.txt", "mine");
+    f.home.writeFile("Documents/b.mp3", "song");
+    f.writeSettings(R"({"roots":[")" + f.home.path("Documents") + R"("]})");
+    Store& store = f.open();
+    store.scan({.organize = true});
+    f.settle();
+    ASSERT_EQ(store.moves().size(), 2u);
+    // The arranged folder is moved away and a link to a folder with a twin takes its place.
+    ASSERT_EQ(std::rename(f.home.path("Documents/04 Documents").c_str(),
+                          f.home.path("Documents/Moved away").c_str()),
+              0);
+    std::filesystem::create_directories(outside);
+    quorrin::testing::writeFileAt(outside + "/a.txt", "not mine");
+    ASSERT_EQ(::symlink(outside.c_str(), f.home.path("Documents/04 Documents").c_str()), 0);
+
+    store.undo();
+    EXPECT_EQ(readFile(outside + "/a.txt"), "not mine");
+    EXPECT_FALSE(existsNoFollow(f.home.path("Documents/a.txt")));
+    EXPECT_EQ(readFile(f.home.path("Documents/b.mp3")), "song");
+    EXPECT_EQ(store.moves().size(), 1u);
+    EXPECT_EQ(f.activityTexts(),
+              (std::vector<std::string>{
+                  "Restored 1 arranged files. Trashed files can be restored from Finder Trash.",
+                  "Category destination is not a normal folder.",
+                  "Done • 2 files arranged • 0 duplicates sent to Trash"}));
 }
 
 }  // namespace

@@ -10,13 +10,49 @@ std::optional<Error> FaultPlatform::check(const std::string& operation,
     return std::nullopt;
 }
 
-std::function<std::optional<Error>(const std::string&, const std::string&)> FaultPlatform::failing(
-    std::string operation, std::string suffix, int errnoValue) {
+FaultPlatform::Hook FaultPlatform::failing(std::string operation, std::string suffix,
+                                           int errnoValue) {
     return [=](const std::string& op, const std::string& argument) -> std::optional<Error> {
         if (op == operation && argument.ends_with(suffix))
             return Error::fromErrno(errnoValue);
         return std::nullopt;
     };
+}
+
+FaultPlatform::Hook FaultPlatform::failingCall(std::string operation, int index, int errnoValue,
+                                               std::shared_ptr<std::optional<std::string>> fired) {
+    auto seen = std::make_shared<int>(0);
+    return [=](const std::string& op, const std::string& argument) -> std::optional<Error> {
+        if (op != operation || ++*seen != index)
+            return std::nullopt;
+        if (fired)
+            *fired = argument;
+        return Error::fromErrno(errnoValue);
+    };
+}
+
+const std::vector<std::string>& FaultPlatform::operations() {
+    static const std::vector<std::string> names = {"openDirectory",
+                                                   "openDirectoryAt",
+                                                   "readDirectory",
+                                                   "statAt",
+                                                   "stat",
+                                                   "resolve",
+                                                   "openForReading",
+                                                   "read",
+                                                   "readAt",
+                                                   "makeDirectory",
+                                                   "moveNoReplace",
+                                                   "moveNoReplaceInto",
+                                                   "moveNoReplaceOutOf",
+                                                   "createExclusive",
+                                                   "write",
+                                                   "sync",
+                                                   "removeFile",
+                                                   "replaceFile",
+                                                   "readFile",
+                                                   "lockFile"};
+    return names;
 }
 
 #define QUORRIN_FAULT_CHECK(operation, argument) \
@@ -44,6 +80,10 @@ Result<FileInfo> FaultPlatform::stat(const std::string& path, bool followLinks) 
     QUORRIN_FAULT_CHECK("stat", path);
     return LinuxPlatform::stat(path, followLinks);
 }
+Result<std::string> FaultPlatform::resolve(const std::string& path) {
+    QUORRIN_FAULT_CHECK("resolve", path);
+    return LinuxPlatform::resolve(path);
+}
 Result<Fd> FaultPlatform::openForReading(const std::string& path) {
     QUORRIN_FAULT_CHECK("openForReading", path);
     return LinuxPlatform::openForReading(path);
@@ -69,6 +109,11 @@ Status FaultPlatform::moveNoReplaceInto(const std::string& from, const Fd& folde
                                         const std::string& name) {
     QUORRIN_FAULT_CHECK("moveNoReplaceInto", name);
     return LinuxPlatform::moveNoReplaceInto(from, folder, name);
+}
+Status FaultPlatform::moveNoReplaceOutOf(const Fd& folder, const std::string& name,
+                                         const std::string& to) {
+    QUORRIN_FAULT_CHECK("moveNoReplaceOutOf", to);
+    return LinuxPlatform::moveNoReplaceOutOf(folder, name, to);
 }
 Result<Fd> FaultPlatform::createExclusive(const std::string& path, std::uint32_t mode) {
     QUORRIN_FAULT_CHECK("createExclusive", path);

@@ -5,8 +5,10 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace quorrin::testing {
 
@@ -36,6 +38,7 @@ public:
     Result<FileInfo> statAt(const Fd& directory, const std::string& name,
                             bool followLinks) override;
     Result<FileInfo> stat(const std::string& path, bool followLinks) override;
+    Result<std::string> resolve(const std::string& path) override;
     Result<Fd> openForReading(const std::string& path) override;
     Result<std::size_t> read(const Fd& file, std::span<std::byte> into) override;
     Result<std::size_t> readAt(const Fd& file, std::span<std::byte> into,
@@ -44,6 +47,8 @@ public:
     Status moveNoReplace(const std::string& from, const std::string& to) override;
     Status moveNoReplaceInto(const std::string& from, const Fd& folder,
                              const std::string& name) override;
+    Status moveNoReplaceOutOf(const Fd& folder, const std::string& name,
+                              const std::string& to) override;
     Result<Fd> createExclusive(const std::string& path, std::uint32_t mode) override;
     Status write(const Fd& file, std::span<const std::byte> bytes) override;
     Status sync(const Fd& file) override;
@@ -55,9 +60,21 @@ public:
     platform::UsageDates readUsageDates() override;
     platform::Instant now() override;
 
+    using Hook = std::function<std::optional<Error>(const std::string& operation,
+                                                    const std::string& argument)>;
+
     // A fault that fails `operation` with `errnoValue` whenever its argument ends with `suffix`.
-    static std::function<std::optional<Error>(const std::string&, const std::string&)> failing(
-        std::string operation, std::string suffix, int errnoValue);
+    static Hook failing(std::string operation, std::string suffix, int errnoValue);
+
+    // A fault that fails only the `index`-th call (1 for the first) of `operation`, counted from
+    // when the hook is installed, with `errnoValue`. When given, `fired` receives the argument of
+    // the failed call once it has happened.
+    static Hook failingCall(std::string operation, int index, int errnoValue,
+                            std::shared_ptr<std::optional<std::string>> fired = {});
+
+    // The primitives a fault can fail, as the hook names them: every reading and changing
+    // operation on files, folders and locks.
+    static const std::vector<std::string>& operations();
 
 private:
     std::optional<Error> check(const std::string& operation, const std::string& argument);

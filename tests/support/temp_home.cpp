@@ -27,9 +27,12 @@ const char* const managedVariables[] = {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOM
 
 }  // namespace
 
-TempHome::TempHome() {
+TempHome::TempHome(Backing backing) {
     const char* tmp = std::getenv("TMPDIR");
-    std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/quorrin-test-XXXXXX";
+    std::string folder = tmp && *tmp ? tmp : "/tmp";
+    if (backing == Backing::memory && ::access("/dev/shm", W_OK | X_OK) == 0)
+        folder = "/dev/shm";
+    std::string pattern = folder + "/quorrin-test-XXXXXX";
     std::vector<char> buffer(pattern.begin(), pattern.end());
     buffer.push_back('\0');
     if (::mkdtemp(buffer.data()) == nullptr)
@@ -149,6 +152,13 @@ int runProgram(const std::string& program, const std::initializer_list<std::stri
                std::string* output) {
     std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
+    int status = runProgramStatus(words, output);
+    return status != -1 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+int runProgramStatus(const std::vector<std::string>& given, std::string* output) {
+    std::vector<std::string> words = given;
+    const std::string& program = words.front();
     std::vector<char*> argv;
     for (auto& word : words)
         argv.push_back(word.data());
@@ -177,7 +187,7 @@ int runProgram(const std::string& program, const std::initializer_list<std::stri
     }
     if (output)
         *output = collected;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return status;
 }
 
 }  // namespace quorrin::testing

@@ -14,7 +14,12 @@ namespace quorrin::testing {
 
 class TempHome {
 public:
-    TempHome();
+    // Where the temporary folder lives: on disk below $TMPDIR (or /tmp), or in memory below
+    // /dev/shm when that is a writable folder, for tests that make thousands of durable writes and
+    // check logic rather than the disk (syncing memory costs nothing).
+    enum class Backing { disk, memory };
+
+    explicit TempHome(Backing backing = Backing::disk);
     ~TempHome();
     TempHome(const TempHome&) = delete;
     TempHome& operator=(const TempHome&) = delete;
@@ -49,5 +54,8 @@ void removeTree(const std::string& path);
 // Runs a program without a shell; returns its exit status and fills `output` with its stdout.
 int runProgram(const std::string& program, const std::initializer_list<std::string>& arguments,
                std::string* output = nullptr);
+// The same for a program and its arguments in `words`, returning the raw wait status (so that a
+// death by signal shows), or -1 when the program could not be started.
+int runProgramStatus(const std::vector<std::string>& words, std::string* output = nullptr);
 
 }  // namespace quorrin::testing

@@ -4,7 +4,7 @@
 
 namespace quorrin::testing {
 
-StoreFixture::StoreFixture() {
+StoreFixture::StoreFixture(TempHome::Backing backing) : home(backing) {
     for (const char* name : {"Documents", "Downloads", "Desktop"})
         home.makeDir(name);
 }

@@ -15,7 +15,7 @@ namespace quorrin::testing {
 class StoreFixture {
 public:
     // Documents, Downloads and Desktop exist, as in a real home.
-    StoreFixture();
+    explicit StoreFixture(TempHome::Backing backing = TempHome::Backing::disk);
 
     TempHome home;
     FaultPlatform platform;
