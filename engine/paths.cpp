@@ -82,7 +82,7 @@ std::string standardise(std::string_view path) {
         result.append(parts[i]);
     }
     if (result.empty())
-        result = ".";
+        return std::string(1, '.');
     return result;
 }
 

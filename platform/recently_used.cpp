@@ -133,13 +133,18 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
     if (!load(bookmarks.get(), *contents))
         return dates;
 
-    std::optional<gint64> latest;
+    // A flag and a value rather than an optional: GCC's optimiser misreads the optional here
+    // as possibly uninitialised.
+    bool found = false;
+    gint64 latest = 0;
     auto consider = [&](GDateTime* time) {
         if (time == nullptr)
             return;
         gint64 when = microsecondsOf(time);
-        if (when < loadingBegan && (!latest || when > *latest))
+        if (when < loadingBegan && (!found || when > latest)) {
             latest = when;
+            found = true;
+        }
     };
 
     gsize count = 0;
@@ -154,7 +159,7 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
         if (!path || !isLocalHost(host.get()))
             continue;
 
-        latest.reset();
+        found = false;
         consider(g_bookmark_file_get_added_date_time(bookmarks.get(), uri, nullptr));
         consider(g_bookmark_file_get_modified_date_time(bookmarks.get(), uri, nullptr));
         consider(g_bookmark_file_get_visited_date_time(bookmarks.get(), uri, nullptr));
@@ -166,10 +171,10 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
                                                      nullptr, &stamp, nullptr))
                 consider(stamp);
         }
-        if (!latest)
+        if (!found)
             continue;
 
-        Instant when = instantOfMicroseconds(*latest);
+        Instant when = instantOfMicroseconds(latest);
         // Two spellings of one URI (escaped and not) may name the same file: keep the later.
         auto [it, inserted] = dates.emplace(path.get(), when);
         if (!inserted)
