@@ -4,6 +4,8 @@ namespace quorrin::testing {
 
 std::optional<Error> FaultPlatform::check(const std::string& operation,
                                           const std::string& argument) {
+    // The duplicate analysis reads on several threads at once.
+    std::lock_guard lock(mutex_);
     ++calls[operation];
     if (fault)
         return fault(operation, argument);
@@ -100,11 +102,16 @@ Result<Fd> FaultPlatform::lockFile(const std::string& path, bool exclusive,
     return LinuxPlatform::lockFile(path, exclusive, wait);
 }
 platform::UsageDates FaultPlatform::readUsageDates() {
-    ++calls["readUsageDates"];
+    {
+        std::lock_guard lock(mutex_);
+        ++calls["readUsageDates"];
+    }
     return usageDates ? *usageDates : LinuxPlatform::readUsageDates();
 }
 
-platform::Instant FaultPlatform::now() { return fixedNow ? *fixedNow : LinuxPlatform::now(); }
+platform::Instant FaultPlatform::now() {
+    return fixedNow ? *fixedNow : LinuxPlatform::now();
+}
 
 #undef QUORRIN_FAULT_CHECK
 

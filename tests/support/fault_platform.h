@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -60,6 +61,8 @@ public:
         std::string operation, std::string suffix, int errnoValue);
 
 private:
+    // Primitives may be called from several threads; the hook and the counts are used under it.
+    std::recursive_mutex mutex_;
     std::optional<Error> check(const std::string& operation, const std::string& argument);
 };
 
