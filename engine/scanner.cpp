@@ -32,13 +32,15 @@ public:
         : request_(request), platform_(platform) {
         if (request.readUsageDates)
             usage_ = platform.readUsageDates();
+        if (request.compareDuplicates)
+            duplicates_.emplace(platform);
     }
 
     ScanResult run() {
         for (const std::string& root : request_.roots)
             scanRoot(root);
-        if (request_.compareDuplicates)
-            markDuplicates(result_.files, identities_, result_.notes, request_.progress, platform_);
+        if (duplicates_)
+            duplicates_->finish(result_.files, result_.notes, request_.progress);
         return std::move(result_);
     }
 
@@ -167,7 +169,10 @@ private:
             entry.issue =
                 healthIssue(entry.url, lowercase(pathExtension(entry.url)), entry.size, platform_);
         result_.files.push_back(std::move(entry));
-        identities_.push_back(FileIdentity{info.device, info.inode});
+        // Files of a size already seen are read and hashed while the walk goes on.
+        if (duplicates_)
+            duplicates_->add(result_.files, result_.files.size() - 1,
+                             FileIdentity{info.device, info.inode});
         if (result_.files.size() % progressInterval == 0)
             say("Indexed " + std::to_string(result_.files.size()) + " files…");
     }
@@ -179,7 +184,7 @@ private:
     bool rootOverlaps_ = false;
     platform::UsageDates usage_;
     ScanResult result_;
-    std::vector<FileIdentity> identities_;
+    std::optional<DuplicateAnalysis> duplicates_;
     std::unordered_set<std::string> taken_;
 };
 

@@ -226,6 +226,34 @@ TEST(ParallelDuplicates, EveryThreadCountGivesTheOneThreadResult) {
     }
 }
 
+TEST(ParallelDuplicates, TheScanReadsDuringTheWalkAndStillGivesTheOneThreadResult) {
+    TempHome home;
+    const std::vector<std::string> roots = buildTree(home);
+    const auto anyRoot = [](const std::string&) { return true; };
+    const ScanResult listed = scan({.roots = roots, .rootPolicy = anyRoot});
+    FaultPlatform referencePlatform;
+    injectUnreadable(referencePlatform);
+    const Outcome expected = reference(listed.files, identitiesOf(listed.files), referencePlatform);
+
+    FaultPlatform platform;
+    injectUnreadable(platform);
+    std::vector<std::string> progress;
+    const ScanResult result = scan({.roots = roots,
+                                    .compareDuplicates = true,
+                                    .progress =
+                                        [&](const std::string& text) {
+                                            if (text.starts_with("Comparing"))
+                                                progress.push_back(text);
+                                        },
+                                    .rootPolicy = anyRoot},
+                                   platform);
+    const Outcome actual = outcomeOf(result.files, result.notes, progress);
+    EXPECT_EQ(actual.urls, expected.urls);
+    EXPECT_EQ(actual.duplicateOf, expected.duplicateOf);
+    EXPECT_EQ(actual.notes, expected.notes);
+    EXPECT_EQ(actual.progress, expected.progress);
+}
+
 TEST(ParallelDuplicates, HardLinkedNamesAreNeverCopiesOfEachOther) {
     TempHome home;
     const std::vector<std::string> roots = buildTree(home);
