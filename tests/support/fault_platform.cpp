@@ -37,6 +37,10 @@ Result<std::vector<std::string>> FaultPlatform::readDirectory(const Fd& director
     QUORRIN_FAULT_CHECK("readDirectory", "");
     return LinuxPlatform::readDirectory(directory);
 }
+Result<std::vector<platform::DirectoryEntry>> FaultPlatform::listDirectory(const Fd& directory) {
+    QUORRIN_FAULT_CHECK("listDirectory", "");
+    return LinuxPlatform::listDirectory(directory);
+}
 Result<FileInfo> FaultPlatform::statAt(const Fd& directory, const std::string& name,
                                        bool followLinks) {
     QUORRIN_FAULT_CHECK("statAt", name);
