@@ -572,7 +572,7 @@ def main():
     manifest = {
         "parameters": parameters,
         "home": tree.home,
-        "files": len(tree.files),
+        "files": extra.get("count", len(tree.files)),
         "bytes": tree.bytes,
         "scanned_files": len(visible),
         # What the duplicate analysis must find among the files the scanner lists.

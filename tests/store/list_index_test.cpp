@@ -105,6 +105,27 @@ TEST_F(ListIndexTest, SearchUsesFullCaseFoldingWithinOnePath) {
     EXPECT_EQ(withIndex({.query = "ab"}), (std::vector<std::string>{"/h/Documents/ab"}));
 }
 
+TEST_F(ListIndexTest, ALargeListKeyedInPartsGivesTheOrderAndMatchesOfEachPath) {
+    // Large enough for the keys and folded paths to be computed in parts on several threads.
+    for (int i = 0; i < 40'000; ++i)
+        files.push_back(entry("/h/Documents/" + std::string(i % 3 ? "Rechnung " : "Über ") +
+                              std::to_string((i * 7919) % 40'000) + (i % 2 ? ".pdf" : ".TXT")));
+    std::vector<std::pair<std::string, std::size_t>> keyed;
+    for (std::size_t i = 0; i < files.size(); ++i)
+        keyed.emplace_back(ListIndex::collationKey(files[i].url.substr(13)), i);
+    std::stable_sort(keyed.begin(), keyed.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::vector<std::string> sorted, matching;
+    for (const auto& [key, i] : keyed) {
+        sorted.push_back(files[i].url);
+        if (ListIndex::fold(files[i].url).find(ListIndex::fold("über 12")) != std::string::npos)
+            matching.push_back(files[i].url);
+    }
+    EXPECT_EQ(withIndex({}), sorted);
+    EXPECT_EQ(withIndex({.query = "ÜBER 12"}), matching);
+    EXPECT_FALSE(matching.empty());
+}
+
 TEST(ListIndexKeys, NumbersCollateByValue) {
     EXPECT_LT(ListIndex::collationKey("file2.txt"), ListIndex::collationKey("file10.txt"));
     EXPECT_LT(ListIndex::collationKey("file9"), ListIndex::collationKey("file10"));
