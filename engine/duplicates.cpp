@@ -1,75 +1,20 @@
 #include "engine/duplicates.h"
 
-#include "engine/digest.h"
 #include "engine/paths.h"
 
 #include <algorithm>
 #include <map>
-#include <unordered_map>
 
 namespace quorrin::Engine {
 namespace {
 
-struct Comparison {
-    std::vector<Entry>& entries;
-    const std::vector<FileIdentity>& identities;
-    std::vector<std::string>& notes;
-    const Progress& progress;
-    platform::Platform& platform;
+std::string nameOf(const Entry& entry) {
+    return std::string(lastComponent(entry.url));
+}
 
-    bool sameFile(std::size_t a, std::size_t b) const {
-        return !identities.empty() && identities[a] == identities[b];
-    }
-
-    // Full digests of one sample group, walked in path order; the first path with a digest is
-    // the retained copy and every later one points at it.
-    void compareGroup(std::vector<std::size_t>& members) {
-        std::sort(members.begin(), members.end(),
-                  [&](std::size_t a, std::size_t b) { return entries[a].url < entries[b].url; });
-        std::unordered_map<std::string, std::size_t> firstWithDigest;
-        for (std::size_t member : members) {
-            Entry& entry = entries[member];
-            if (progress)
-                progress("Comparing content • " + std::string(lastComponent(entry.url)));
-            auto full = digest(entry.url, platform);
-            if (!full) {
-                notes.push_back("Could not compare " + std::string(lastComponent(entry.url)));
-                continue;
-            }
-            auto [found, inserted] = firstWithDigest.emplace(*full, member);
-            if (inserted)
-                continue;
-            // The same file reached under a second path is not a copy of itself.
-            if (sameFile(found->second, member))
-                continue;
-            entry.duplicateOf = entries[found->second].url;
-        }
-    }
-
-    void compareSizeGroup(const std::vector<std::size_t>& members) {
-        // An ordered map keeps the visiting order of sample groups deterministic.
-        std::map<std::string, std::vector<std::size_t>> bySample;
-        for (std::size_t member : members) {
-            const Entry& entry = entries[member];
-            auto sample = sampleDigest(entry.url, entry.size, platform);
-            if (!sample) {
-                notes.push_back("Could not sample " + std::string(lastComponent(entry.url)));
-                continue;
-            }
-            bySample[*sample].push_back(member);
-        }
-        for (auto& [sample, group] : bySample)
-            if (group.size() >= 2)
-                compareGroup(group);
-    }
-};
-
-}  // namespace
-
-void markDuplicates(std::vector<Entry>& entries, const std::vector<FileIdentity>& identities,
-                    std::vector<std::string>& notes, const Progress& progress,
-                    platform::Platform& platform) {
-    // Size groups in order of their first member, so notes arrive in a repeatable order.
+// Size groups of two or more non-empty files, each in list order, in the order of their first
+// members, so that notes arrive in a repeatable order.
+std::vector<std::vector<std::size_t>> sizeGroups(const std::vector<Entry>& entries) {
     std::unordered_map<std::int64_t, std::size_t> groupOfSize;
     std::vector<std::vector<std::size_t>> groups;
     for (std::size_t i = 0; i < entries.size(); ++i) {
@@ -80,10 +25,114 @@ void markDuplicates(std::vector<Entry>& entries, const std::vector<FileIdentity>
             groups.emplace_back();
         groups[found->second].push_back(i);
     }
-    Comparison comparison{entries, identities, notes, progress, platform};
-    for (const auto& group : groups)
-        if (group.size() >= 2)
-            comparison.compareSizeGroup(group);
+    std::erase_if(groups, [](const auto& group) { return group.size() < 2; });
+    return groups;
+}
+
+// What the sampling of one size group decided: its notes, and its sample groups of two or more
+// members (in the order of their sample digests), each sorted by path with the full-digest job of
+// every member.
+struct SizeGroupPlan {
+    std::vector<std::string> notes;
+    std::vector<std::vector<std::pair<std::size_t, std::size_t>>> sampleGroups;  // entry, job
+};
+
+}  // namespace
+
+DuplicateAnalysis::DuplicateAnalysis(platform::Platform& platform, unsigned threads)
+    : queue_(threads == 0 ? digestThreads() : threads, platform) {}
+
+void DuplicateAnalysis::sample(const std::vector<Entry>& entries, std::size_t position) {
+    sampleJob_[position] =
+        queue_.add({.path = entries[position].url, .size = entries[position].size});
+}
+
+void DuplicateAnalysis::add(const std::vector<Entry>& entries, std::size_t position,
+                            FileIdentity identity) {
+    sampleJob_.push_back(notSampled);
+    identities_.push_back(identity);
+    const std::int64_t size = entries[position].size;
+    if (size < 1)
+        return;
+    // A file is sampled as soon as a second file of its size turns up: by the end of the walk
+    // every member of every size group of two or more has been queued.
+    auto [found, inserted] = firstOfSize_.emplace(size, position);
+    if (inserted)
+        return;
+    if (found->second != notSampled) {
+        sample(entries, found->second);
+        found->second = notSampled;
+    }
+    sample(entries, position);
+}
+
+void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::string>& notes,
+                               const Progress& progress) {
+    const std::vector<std::vector<std::size_t>> groups = sizeGroups(entries);
+
+    // First pass: each size group's samples, grouped exactly as the one-thread walk groups them;
+    // the full digests of each sample group are queued as soon as it is known.
+    std::vector<SizeGroupPlan> plans(groups.size());
+    for (std::size_t g = 0; g < groups.size(); ++g) {
+        // An ordered map keeps the visiting order of sample groups deterministic.
+        std::map<std::string, std::vector<std::size_t>> bySample;
+        for (std::size_t member : groups[g]) {
+            const auto& sampled = queue_.wait(sampleJob_[member]);
+            if (!sampled)
+                plans[g].notes.push_back("Could not sample " + nameOf(entries[member]));
+            else
+                bySample[*sampled].push_back(member);
+        }
+        for (auto& [digest, members] : bySample) {
+            if (members.size() < 2)
+                continue;
+            std::sort(members.begin(), members.end(), [&](std::size_t a, std::size_t b) {
+                return entries[a].url < entries[b].url;
+            });
+            auto& planned = plans[g].sampleGroups.emplace_back();
+            for (std::size_t member : members)
+                planned.emplace_back(member,
+                                     queue_.add({.path = entries[member].url, .full = true}));
+        }
+    }
+
+    // Second pass: the notes of each size group, then its sample groups member by member in path
+    // order: the first path with a digest is the retained copy and every later one with that
+    // digest points at it.
+    for (const SizeGroupPlan& plan : plans) {
+        notes.insert(notes.end(), plan.notes.begin(), plan.notes.end());
+        for (const auto& group : plan.sampleGroups) {
+            std::unordered_map<std::string, std::size_t> firstWithDigest;
+            for (const auto& [member, job] : group) {
+                Entry& entry = entries[member];
+                if (progress)
+                    progress("Comparing content • " + nameOf(entry));
+                const auto& full = queue_.wait(job);
+                if (!full) {
+                    notes.push_back("Could not compare " + nameOf(entry));
+                    continue;
+                }
+                auto [found, inserted] = firstWithDigest.emplace(*full, member);
+                if (inserted)
+                    continue;
+                // The same file reached under a second path is not a copy of itself.
+                if (identities_[found->second] == identities_[member])
+                    continue;
+                entry.duplicateOf = entries[found->second].url;
+            }
+        }
+    }
+}
+
+void markDuplicates(std::vector<Entry>& entries, const std::vector<FileIdentity>& identities,
+                    std::vector<std::string>& notes, const Progress& progress,
+                    platform::Platform& platform, unsigned threads) {
+    DuplicateAnalysis analysis(platform, threads);
+    // Fed in as a walk would; with no identities every path counts as a file of its own.
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        analysis.add(entries, i,
+                     identities.empty() ? FileIdentity{.device = 0, .inode = i} : identities[i]);
+    analysis.finish(entries, notes, progress);
 }
 
 }  // namespace quorrin::Engine

@@ -1,12 +1,14 @@
 // The duplicate analysis: marks every file whose content is byte-identical to an earlier one.
 #pragma once
 
+#include "engine/digest_queue.h"
 #include "engine/entry.h"
 #include "engine/progress.h"
 #include "platform/platform.h"
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace quorrin::Engine {
@@ -21,9 +23,48 @@ struct FileIdentity {
 
 // Compares files by size, then by sample digest, then by full SHA-256, and sets `duplicateOf` of
 // every copy to the path of the retained one: among identical files, the one whose path sorts
-// first. `identities` is parallel to `entries`, or empty when unknown. Failures become notes.
+// first among those that could be read. Empty files are never duplicates; the same file under two
+// paths is not a copy of itself. Failures become notes ("Could not sample …", "Could not
+// compare …").
+//
+// The scanner feeds each entry in as the walk lists it, so that files are read and hashed on
+// worker threads while the walk goes on; finish() then walks the size groups (in the order of
+// their first members), the sample groups (in digest order) and their members (in path order)
+// exactly as reading one file at a time would, waiting for each digest it needs. The marks, the
+// retained copies, the notes and their order, and the progress texts and their order are those
+// of the one-thread analysis; only the moment each file is read differs. Progress is called on
+// the thread that calls finish().
+class DuplicateAnalysis {
+public:
+    // `threads`: how many threads read and hash; 0 for digestThreads().
+    explicit DuplicateAnalysis(platform::Platform& platform = platform::system(),
+                               unsigned threads = 0);
+
+    // Called for each entry of `entries` in turn (positions 0, 1, 2, …) as soon as the walk has
+    // appended it, with what it names; earlier entries must still be in the list.
+    void add(const std::vector<Entry>& entries, std::size_t position, FileIdentity identity);
+    // Marks the duplicates in `entries` (the list that was fed in, complete), appends the notes.
+    void finish(std::vector<Entry>& entries, std::vector<std::string>& notes,
+                const Progress& progress);
+
+private:
+    static constexpr std::size_t notSampled = static_cast<std::size_t>(-1);
+    // Queues the sample digest of entries[position].
+    void sample(const std::vector<Entry>& entries, std::size_t position);
+
+    DigestQueue queue_;
+    // Per size: its first entry while it is the only one, then notSampled once all of that size
+    // are being sampled.
+    std::unordered_map<std::int64_t, std::size_t> firstOfSize_;
+    // Per entry: its sample job (or notSampled), and its identity.
+    std::vector<std::size_t> sampleJob_;
+    std::vector<FileIdentity> identities_;
+};
+
+// The whole analysis over a finished list. `identities` is parallel to `entries`, or empty when
+// unknown (then no two paths count as one file).
 void markDuplicates(std::vector<Entry>& entries, const std::vector<FileIdentity>& identities,
                     std::vector<std::string>& notes, const Progress& progress,
-                    platform::Platform& platform = platform::system());
+                    platform::Platform& platform = platform::system(), unsigned threads = 0);
 
 }  // namespace quorrin::Engine

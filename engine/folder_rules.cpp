@@ -10,9 +10,9 @@
 namespace quorrin::Engine {
 namespace {
 
-// The project test, over an existence check and a shallow listing of the folder.
+// The project test, over an existence check and the names of a shallow listing of the folder.
 bool projectBy(std::string_view name, const std::function<bool(std::string_view)>& exists,
-               const std::function<std::vector<std::string>()>& list) {
+               const std::function<void(const std::function<bool(std::string_view)>&)>& anyChild) {
     if (protectedNames().contains(name))
         return true;
     if (name == projectsCategory)
@@ -20,13 +20,13 @@ bool projectBy(std::string_view name, const std::function<bool(std::string_view)
     for (std::string_view marker : projectMarkerNames())
         if (exists(marker))
             return true;
-    for (const std::string& child : list()) {
-        if (projectExtensions().contains(lowercase(pathExtension(child))))
-            return true;
-        if (child == footageMarker)
-            return true;
-    }
-    return false;
+    bool found = false;
+    anyChild([&](std::string_view child) {
+        found =
+            projectExtensions().contains(lowercase(pathExtension(child))) || child == footageMarker;
+        return found;
+    });
+    return found;
 }
 
 // Symbolic links resolved and the path standardised; a path that cannot be resolved is compared
@@ -42,24 +42,34 @@ bool project(const std::string& folder, platform::Platform& platform) {
     auto exists = [&](std::string_view marker) {
         return platform.stat(appendComponent(folder, marker), true).ok();
     };
-    auto list = [&]() -> std::vector<std::string> {
+    auto anyChild = [&](const std::function<bool(std::string_view)>& matches) {
         auto directory = platform.openDirectory(folder);
         if (!directory)
-            return {};
+            return;
         auto names = platform.readDirectory(*directory);
-        return names ? std::move(*names) : std::vector<std::string>{};
+        if (!names)
+            return;
+        for (const std::string& child : *names)
+            if (matches(child))
+                return;
     };
-    return projectBy(lastComponent(folder), exists, list);
+    return projectBy(lastComponent(folder), exists, anyChild);
 }
 
 bool projectAt(const platform::Fd& directory, std::string_view name,
-               const std::vector<std::string>& names, platform::Platform& platform) {
+               const std::vector<platform::DirectoryEntry>& entries, platform::Platform& platform) {
     auto exists = [&](std::string_view marker) {
         // A link named like a marker counts only when it leads somewhere.
-        return std::find(names.begin(), names.end(), marker) != names.end() &&
+        return std::any_of(entries.begin(), entries.end(),
+                           [&](const auto& entry) { return entry.name == marker; }) &&
                platform.statAt(directory, std::string(marker), true).ok();
     };
-    return projectBy(name, exists, [&] { return names; });
+    auto anyChild = [&](const std::function<bool(std::string_view)>& matches) {
+        for (const platform::DirectoryEntry& entry : entries)
+            if (matches(entry.name))
+                return;
+    };
+    return projectBy(name, exists, anyChild);
 }
 
 bool personalCollection(const std::string& folder, platform::Platform& platform) {

@@ -18,13 +18,23 @@ using platform::FileType;
 
 constexpr std::size_t progressInterval = 250;
 
-// One open directory on the walk's stack, with the children still to visit.
+// One open directory on the walk's stack: its children in byte-wise name order (hidden ones left
+// out), the type the directory records for each, and the status of each child that needs one.
 struct Frame {
     platform::Fd directory;
     std::string path;
     std::vector<std::string> names;
+    std::vector<std::optional<FileType>> types;
+    std::vector<std::optional<platform::Result<FileInfo>>> infos;
     std::size_t next = 0;
 };
+
+// Whether a child needs a status query: a regular file for its size and dates, and anything whose
+// type the directory does not record. Folders are opened without following links and links are
+// skipped, so neither needs one.
+bool needsStatus(const std::optional<FileType>& type) {
+    return !type || *type == FileType::regular;
+}
 
 class Walk {
 public:
@@ -32,13 +42,15 @@ public:
         : request_(request), platform_(platform) {
         if (request.readUsageDates)
             usage_ = platform.readUsageDates();
+        if (request.compareDuplicates)
+            duplicates_.emplace(platform);
     }
 
     ScanResult run() {
         for (const std::string& root : request_.roots)
             scanRoot(root);
-        if (request_.compareDuplicates)
-            markDuplicates(result_.files, identities_, result_.notes, request_.progress, platform_);
+        if (duplicates_)
+            duplicates_->finish(result_.files, result_.notes, request_.progress);
         return std::move(result_);
     }
 
@@ -64,8 +76,13 @@ private:
         rootOverlaps_ = overlapsAnotherRoot(root);
         SharedPath rootPath(root);
         std::vector<Frame> stack;
-        if (auto names = readNames(*directory, lastComponent(root)))
-            stack.push_back(Frame{std::move(*directory), root, std::move(*names)});
+        auto entries = platform_.listDirectory(*directory);
+        if (!entries) {
+            result_.notes.push_back("Cannot read " + std::string(lastComponent(root)) + ": " +
+                                    entries.error().description);
+        } else {
+            stack.push_back(frameOf(std::move(*directory), root, std::move(*entries)));
+        }
 
         while (!stack.empty()) {
             Frame& frame = stack.back();
@@ -73,10 +90,35 @@ private:
                 stack.pop_back();
                 continue;
             }
-            const std::string& name = frame.names[frame.next++];
-            if (auto child = visit(frame, name, rootPath))
+            if (auto child = visit(frame, frame.next++, rootPath))
                 stack.push_back(std::move(*child));
         }
+    }
+
+    // The frame of an opened directory: children without hidden names, in byte-wise name order,
+    // with the status of those that need one queried in inode order.
+    Frame frameOf(platform::Fd directory, std::string path,
+                  std::vector<platform::DirectoryEntry> entries) {
+        std::erase_if(entries, [](const platform::DirectoryEntry& entry) {
+            return entry.name.front() == '.';
+        });
+        std::sort(entries.begin(), entries.end(),
+                  [](const auto& a, const auto& b) { return a.name < b.name; });
+        Frame frame{.directory = std::move(directory), .path = std::move(path)};
+        frame.names.reserve(entries.size());
+        frame.types.reserve(entries.size());
+        std::vector<std::pair<std::uint64_t, std::size_t>> toQuery;
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            if (needsStatus(entries[i].type))
+                toQuery.emplace_back(entries[i].inode, i);
+            frame.names.push_back(std::move(entries[i].name));
+            frame.types.push_back(entries[i].type);
+        }
+        frame.infos.resize(entries.size());
+        std::sort(toQuery.begin(), toQuery.end());
+        for (const auto& [inode, i] : toQuery)
+            frame.infos[i] = platform_.statAt(frame.directory, frame.names[i], false);
+        return frame;
     }
 
     bool overlapsAnotherRoot(const std::string& root) const {
@@ -92,36 +134,26 @@ private:
         return false;
     }
 
-    // The non-hidden names of a directory in byte-wise order, or absent after a note.
-    std::optional<std::vector<std::string>> readNames(const platform::Fd& directory,
-                                                      std::string_view name) {
-        auto names = platform_.readDirectory(directory);
-        if (!names) {
-            result_.notes.push_back("Cannot read " + std::string(name) + ": " +
-                                    names.error().description);
-            return std::nullopt;
-        }
-        std::erase_if(*names, [](const std::string& n) { return n.front() == '.'; });
-        std::sort(names->begin(), names->end());
-        return std::move(*names);
-    }
-
     // Visits one child; returns the frame to descend into when it is a folder to enter.
-    std::optional<Frame> visit(const Frame& parent, const std::string& name,
-                               const SharedPath& root) {
-        auto info = platform_.statAt(parent.directory, name, false);
-        if (!info) {
-            result_.notes.push_back("Could not inspect " + name + ": " + info.error().description);
-            return std::nullopt;
+    std::optional<Frame> visit(Frame& parent, std::size_t child, const SharedPath& root) {
+        const std::string& name = parent.names[child];
+        std::optional<FileType> type = parent.types[child];
+        if (needsStatus(type)) {
+            const auto& info = *parent.infos[child];
+            if (!info) {
+                result_.notes.push_back("Could not inspect " + name + ": " +
+                                        info.error().description);
+                return std::nullopt;
+            }
+            type = info->type;
         }
-        std::string path = appendComponent(parent.path, name);
-        if (info->type == FileType::symlink)
+        if (*type == FileType::symlink)
             return std::nullopt;  // never listed nor followed
-        if (info->type == FileType::directory)
-            return enter(parent, name, std::move(path));
-        if (info->type != FileType::regular)
+        if (*type == FileType::directory)
+            return enter(parent, name, appendComponent(parent.path, name));
+        if (*type != FileType::regular)
             return std::nullopt;  // devices, sockets, FIFOs
-        addFile(std::move(path), *info, root);
+        addFile(appendComponent(parent.path, name), **parent.infos[child], root);
         return std::nullopt;
     }
 
@@ -135,16 +167,14 @@ private:
             result_.notes.push_back("Cannot read " + name + ": " + directory.error().description);
             return std::nullopt;
         }
-        auto names = platform_.readDirectory(*directory);
-        if (!names) {
-            result_.notes.push_back("Cannot read " + name + ": " + names.error().description);
+        auto entries = platform_.listDirectory(*directory);
+        if (!entries) {
+            result_.notes.push_back("Cannot read " + name + ": " + entries.error().description);
             return std::nullopt;
         }
-        if (!request_.includeProjects && projectAt(*directory, name, *names, platform_))
+        if (!request_.includeProjects && projectAt(*directory, name, *entries, platform_))
             return std::nullopt;
-        std::erase_if(*names, [](const std::string& n) { return n.front() == '.'; });
-        std::sort(names->begin(), names->end());
-        return Frame{std::move(*directory), std::move(path), std::move(*names)};
+        return frameOf(std::move(*directory), std::move(path), std::move(*entries));
     }
 
     void addFile(std::string path, const FileInfo& info, const SharedPath& root) {
@@ -167,7 +197,10 @@ private:
             entry.issue =
                 healthIssue(entry.url, lowercase(pathExtension(entry.url)), entry.size, platform_);
         result_.files.push_back(std::move(entry));
-        identities_.push_back(FileIdentity{info.device, info.inode});
+        // Files of a size already seen are read and hashed while the walk goes on.
+        if (duplicates_)
+            duplicates_->add(result_.files, result_.files.size() - 1,
+                             FileIdentity{info.device, info.inode});
         if (result_.files.size() % progressInterval == 0)
             say("Indexed " + std::to_string(result_.files.size()) + " files…");
     }
@@ -179,7 +212,7 @@ private:
     bool rootOverlaps_ = false;
     platform::UsageDates usage_;
     ScanResult result_;
-    std::vector<FileIdentity> identities_;
+    std::optional<DuplicateAnalysis> duplicates_;
     std::unordered_set<std::string> taken_;
 };
 

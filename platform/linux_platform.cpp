@@ -79,33 +79,59 @@ Result<Fd> LinuxPlatform::openDirectoryAt(const Fd& parent, const std::string& n
 }
 
 Result<std::vector<std::string>> LinuxPlatform::readDirectory(const Fd& directory) {
-    // fdopendir takes ownership of its descriptor, so give it a duplicate and keep ours.
-    int copy = ::fcntl(directory.get(), F_DUPFD_CLOEXEC, 0);
-    if (copy < 0)
-        return Error::fromErrno(errno);
-    DIR* dir = ::fdopendir(copy);
-    if (dir == nullptr) {
-        int err = errno;
-        ::close(copy);
-        return Error::fromErrno(err);
-    }
-    std::unique_ptr<DIR, int (*)(DIR*)> guard(dir, &::closedir);
-    ::rewinddir(dir);
+    auto entries = LinuxPlatform::listDirectory(directory);
+    if (!entries)
+        return entries.error();
     std::vector<std::string> names;
-    for (;;) {
-        errno = 0;
-        const dirent* item = ::readdir(dir);
-        if (item == nullptr) {
-            if (errno != 0)
-                return Error::fromErrno(errno);
-            break;
-        }
-        const char* name = item->d_name;
-        if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0')))
-            continue;
-        names.emplace_back(name);
-    }
+    names.reserve(entries->size());
+    for (DirectoryEntry& entry : *entries)
+        names.push_back(std::move(entry.name));
     return names;
+}
+
+Result<std::vector<DirectoryEntry>> LinuxPlatform::listDirectory(const Fd& directory) {
+    // getdents64 straight on the descriptor: no duplicate descriptor, no DIR stream, and the
+    // inode number and type that the directory records come with each name.
+    if (::lseek(directory.get(), 0, SEEK_SET) < 0)
+        return Error::fromErrno(errno);
+    alignas(struct dirent64) char buffer[32768];
+    std::vector<DirectoryEntry> entries;
+    for (;;) {
+        ssize_t length = ::getdents64(directory.get(), buffer, sizeof buffer);
+        if (length < 0) {
+            if (errno == EINTR)
+                continue;
+            return Error::fromErrno(errno);
+        }
+        if (length == 0)
+            break;
+        for (ssize_t offset = 0; offset < length;) {
+            const auto* item = reinterpret_cast<const struct dirent64*>(buffer + offset);
+            offset += item->d_reclen;
+            const char* name = item->d_name;
+            if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0')))
+                continue;
+            DirectoryEntry entry{.name = name, .inode = item->d_ino};
+            switch (item->d_type) {
+                case DT_UNKNOWN:
+                    break;
+                case DT_REG:
+                    entry.type = FileType::regular;
+                    break;
+                case DT_DIR:
+                    entry.type = FileType::directory;
+                    break;
+                case DT_LNK:
+                    entry.type = FileType::symlink;
+                    break;
+                default:
+                    entry.type = FileType::other;
+                    break;
+            }
+            entries.push_back(std::move(entry));
+        }
+    }
+    return entries;
 }
 
 Result<FileInfo> LinuxPlatform::statAt(const Fd& directory, const std::string& name,

@@ -10,6 +10,7 @@ public:
     Result<Fd> openDirectory(const std::string& path) override;
     Result<Fd> openDirectoryAt(const Fd& parent, const std::string& name) override;
     Result<std::vector<std::string>> readDirectory(const Fd& directory) override;
+    Result<std::vector<DirectoryEntry>> listDirectory(const Fd& directory) override;
     Result<FileInfo> statAt(const Fd& directory, const std::string& name,
                             bool followLinks) override;
     Result<FileInfo> stat(const std::string& path, bool followLinks) override;

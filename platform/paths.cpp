@@ -48,8 +48,13 @@ std::string_view parentOf(std::string_view path) {
 }
 
 std::string appendComponent(std::string_view folder, std::string_view name) {
-    std::string joined(folder);
-    if (joined.empty() || joined.back() != '/')
+    // Sized once: the scanner keeps every joined path as an entry's url, and growing the string
+    // by appending would leave it with up to twice the capacity it needs.
+    const bool slash = folder.empty() || folder.back() != '/';
+    std::string joined;
+    joined.reserve(folder.size() + (slash ? 1 : 0) + name.size());
+    joined.append(folder);
+    if (slash)
         joined.push_back('/');
     joined.append(name);
     return joined;

@@ -23,6 +23,15 @@ namespace quorrin::platform {
 
 enum class ImageProbe { decoded, notOpened, notDecoded };
 
+// One name in a directory, with what the directory itself records about it.
+struct DirectoryEntry {
+    std::string name;
+    std::uint64_t inode = 0;
+    // The type recorded in the directory; absent where the file system records none. It may be
+    // stale by the time it is read: status queries remain the authority.
+    std::optional<FileType> type;
+};
+
 // Latest last-used instant per absolute path, from the desktop's record of opened files.
 using UsageDates = std::unordered_map<std::string, Instant>;
 
@@ -37,6 +46,10 @@ public:
     virtual Result<Fd> openDirectoryAt(const Fd& parent, const std::string& name) = 0;
     // The names in a directory, "." and ".." left out, in the order the system returns them.
     virtual Result<std::vector<std::string>> readDirectory(const Fd& directory) = 0;
+    // The same with each name's inode number and recorded type, read in the same single pass: a
+    // walk needs no status query to skip links or to enter folders, and can query the rest in
+    // inode order, which on a cold disk reads the inode tables front to back.
+    virtual Result<std::vector<DirectoryEntry>> listDirectory(const Fd& directory) = 0;
     // Status of `name` inside `directory`; a symbolic link is reported as one unless `followLinks`.
     virtual Result<FileInfo> statAt(const Fd& directory, const std::string& name,
                                     bool followLinks) = 0;

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -134,15 +133,18 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
     if (!load(bookmarks.get(), *contents))
         return dates;
 
-    // The latest time seen for the current entry; `none` until one is.
-    constexpr gint64 none = std::numeric_limits<gint64>::min();
-    gint64 latest = none;
+    // A flag and a value rather than an optional: GCC's optimiser misreads the optional here
+    // as possibly uninitialised.
+    bool found = false;
+    gint64 latest = 0;
     auto consider = [&](GDateTime* time) {
         if (time == nullptr)
             return;
         gint64 when = microsecondsOf(time);
-        if (when < loadingBegan && when > latest)
+        if (when < loadingBegan && (!found || when > latest)) {
             latest = when;
+            found = true;
+        }
     };
 
     gsize count = 0;
@@ -157,7 +159,7 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
         if (!path || !isLocalHost(host.get()))
             continue;
 
-        latest = none;
+        found = false;
         consider(g_bookmark_file_get_modified_date_time(bookmarks.get(), uri, nullptr));
         consider(g_bookmark_file_get_visited_date_time(bookmarks.get(), uri, nullptr));
         gsize appCount = 0;
@@ -168,7 +170,7 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
                                                      nullptr, &stamp, nullptr))
                 consider(stamp);
         }
-        if (latest == none)
+        if (!found)
             continue;
 
         Instant when = instantOfMicroseconds(latest);

@@ -4,60 +4,11 @@
 #include "engine/tables.h"
 
 #include <algorithm>
-#include <memory>
-#include <mutex>
-
-#include <unicode/coll.h>
-#include <unicode/locid.h>
-#include <unicode/unistr.h>
 
 namespace quorrin::store {
 namespace {
 
 using Engine::Entry;
-
-// Case-folded text of a path for the search; bytes that are not UTF-8 become U+FFFD.
-icu::UnicodeString folded(const std::string& text) {
-    icu::UnicodeString unicode = icu::UnicodeString::fromUTF8(text);
-    unicode.foldCase();
-    return unicode;
-}
-
-// The file manager's order: the user's locale, numbers compared by their value.
-class NameOrder {
-public:
-    NameOrder() {
-        UErrorCode status = U_ZERO_ERROR;
-        collator_.reset(icu::Collator::createInstance(icu::Locale::getDefault(), status));
-        if (U_FAILURE(status) || !collator_) {
-            status = U_ZERO_ERROR;
-            collator_.reset(icu::Collator::createInstance(icu::Locale::getRoot(), status));
-        }
-        if (collator_)
-            collator_->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, status);
-    }
-
-    // Sort keys compare with memcmp, so each name is analysed once rather than per comparison.
-    std::string key(std::string_view name) const {
-        icu::UnicodeString unicode =
-            icu::UnicodeString::fromUTF8(icu::StringPiece(name.data(), name.size()));
-        std::string key;
-        if (!collator_)
-            return std::string(name);
-        int32_t length = collator_->getSortKey(unicode, nullptr, 0);
-        key.resize(static_cast<std::size_t>(length));
-        collator_->getSortKey(unicode, reinterpret_cast<uint8_t*>(key.data()), length);
-        return key;
-    }
-
-private:
-    std::unique_ptr<icu::Collator> collator_;
-};
-
-const NameOrder& nameOrder() {
-    static const NameOrder order;
-    return order;
-}
 
 bool passesSignal(const Entry& entry, const ListView& view) {
     if (view.page != Page::fileHealth || view.issueFilter == allSignals)
@@ -71,41 +22,53 @@ bool passesSignal(const Entry& entry, const ListView& view) {
     return entry.issue->find(needle) != std::string::npos;
 }
 
-std::vector<Entry> baseList(const ListSource& source, const ListView& view, platform::Instant now,
-                            const Engine::Calendar& calendar) {
-    std::vector<Entry> base;
-    switch (view.page) {
-        case Page::findOlder: {
-            Engine::OlderMatcher matcher = view.olderQuery.prepare(now, calendar);
-            for (const Entry& entry : source.olderFiles)
-                if (matcher.matches(entry))
-                    base.push_back(entry);
-            break;
-        }
-        case Page::duplicates:
-            for (const Entry& entry : source.files)
-                if (entry.duplicateOf)
-                    base.push_back(entry);
-            break;
-        case Page::downloadsReview:
-            base = staleEntries(source, now);
-            break;
-        case Page::fileHealth:
-            for (const Entry& entry : source.files)
-                if (entry.issue)
-                    base.push_back(entry);
-            break;
-        case Page::keptFiles:
-            for (const Entry& entry : source.files)
-                if (source.kept.contains(entry.id()))
-                    base.push_back(entry);
-            break;
-        default:
-            base = source.files;
-            break;
-    }
-    return base;
+bool stale(const Entry& entry, const ListSource& source, platform::Instant threshold) {
+    return Engine::lastComponent(entry.root.str()) == "Downloads" && entry.lastUsed < threshold &&
+           !source.kept.contains(entry.id());
 }
+
+platform::Instant staleThreshold(const ListSource& source, platform::Instant now) {
+    return now - std::chrono::seconds(source.weeks * 7 * 86400);
+}
+
+// Whether an entry belongs to the page's base list: the Store's find-older files that the query
+// matches on the FindOlder page, else the Store's files that the page shows.
+class PageBase {
+public:
+    PageBase(const ListSource& source, const ListView& view, platform::Instant now,
+             const Engine::Calendar& calendar)
+        : source_(source), page_(view.page), threshold_(staleThreshold(source, now)) {
+        if (page_ == Page::findOlder)
+            matcher_ = view.olderQuery.prepare(now, calendar);
+    }
+
+    const std::vector<Entry>& list() const {
+        return page_ == Page::findOlder ? source_.olderFiles : source_.files;
+    }
+
+    bool holds(const Entry& entry) const {
+        switch (page_) {
+            case Page::findOlder:
+                return matcher_.matches(entry);
+            case Page::duplicates:
+                return entry.duplicateOf.has_value();
+            case Page::downloadsReview:
+                return stale(entry, source_, threshold_);
+            case Page::fileHealth:
+                return entry.issue.has_value();
+            case Page::keptFiles:
+                return source_.kept.contains(entry.id());
+            default:
+                return true;
+        }
+    }
+
+private:
+    const ListSource& source_;
+    Page page_;
+    platform::Instant threshold_;
+    Engine::OlderMatcher matcher_;
+};
 
 }  // namespace
 
@@ -132,42 +95,43 @@ const std::vector<TypeOption>& typeOptions() {
 }
 
 std::vector<Entry> staleEntries(const ListSource& source, platform::Instant now) {
-    const auto threshold = now - std::chrono::seconds(source.weeks * 7 * 86400);
-    std::vector<Entry> stale;
-    for (const Entry& entry : source.files) {
-        if (Engine::lastComponent(entry.root.str()) != "Downloads")
+    const platform::Instant threshold = staleThreshold(source, now);
+    std::vector<Entry> result;
+    for (const Entry& entry : source.files)
+        if (stale(entry, source, threshold))
+            result.push_back(entry);
+    return result;
+}
+
+std::vector<Entry> visible(const ListSource& source, const ListView& view, platform::Instant now,
+                           const Engine::Calendar& calendar, ListIndex& index) {
+    const PageBase base(source, view, now, calendar);
+    const std::vector<Entry>& list = base.list();
+    ListIndex::ListKeys& keys = index.keysFor(list);
+    std::vector<std::uint8_t> matches;
+    if (!view.query.empty())
+        matches = keys.matching(view.query);
+    const bool anyType = view.filter == allTypes;
+    // Walking the whole list in name order and keeping what passes gives the stable name order of
+    // what passes; every filter must pass, so the cheap ones go first.
+    std::vector<Entry> result;
+    for (std::uint32_t position : keys.nameOrder()) {
+        const Entry& entry = list[position];
+        if (!base.holds(entry) || !passesSignal(entry, view))
             continue;
-        if (!(entry.lastUsed < threshold))
+        if (!anyType && entry.category != view.filter)
             continue;
-        if (source.kept.contains(entry.id()))
+        if (!matches.empty() && !matches[position])
             continue;
-        stale.push_back(entry);
+        result.push_back(entry);
     }
-    return stale;
+    return result;
 }
 
 std::vector<Entry> visible(const ListSource& source, const ListView& view, platform::Instant now,
                            const Engine::Calendar& calendar) {
-    std::vector<Entry> base = baseList(source, view, now, calendar);
-    const icu::UnicodeString query = folded(view.query);
-    std::vector<std::pair<std::string, Entry>> keyed;
-    keyed.reserve(base.size());
-    for (Entry& entry : base) {
-        if (!passesSignal(entry, view))
-            continue;
-        if (!view.query.empty() && folded(entry.url).indexOf(query) < 0)
-            continue;
-        if (view.filter != allTypes && entry.category != view.filter)
-            continue;
-        keyed.emplace_back(nameOrder().key(Engine::lastComponent(entry.url)), std::move(entry));
-    }
-    std::stable_sort(keyed.begin(), keyed.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-    std::vector<Entry> result;
-    result.reserve(keyed.size());
-    for (auto& [key, entry] : keyed)
-        result.push_back(std::move(entry));
-    return result;
+    ListIndex index;
+    return visible(source, view, now, calendar, index);
 }
 
 }  // namespace quorrin::store

@@ -6,6 +6,7 @@
 #include "engine/calendar.h"
 #include "engine/entry.h"
 #include "engine/older_query.h"
+#include "store/list_index.h"
 #include "store/page.h"
 
 #include <cstdint>
@@ -57,6 +58,12 @@ std::vector<Engine::Entry> staleEntries(const ListSource& source, platform::Inst
 // The page's base list, then the signal filter (File health only), the search (case-insensitive
 // over the full path), the type filter, sorted by file name as a file manager sorts (numbers by
 // value: file2.txt before file10.txt).
+// The search and the sort read the folded paths and name keys from `index`, computing only those
+// it lacks, so a list recomputed after a keystroke costs little more than the string search.
+std::vector<Engine::Entry> visible(const ListSource& source, const ListView& view,
+                                   platform::Instant now, const Engine::Calendar& calendar,
+                                   ListIndex& index);
+// The same with an index made for this one call.
 std::vector<Engine::Entry> visible(const ListSource& source, const ListView& view,
                                    platform::Instant now, const Engine::Calendar& calendar);
 

@@ -8,7 +8,7 @@ namespace quorrin::store {
 HistoryWriter::HistoryWriter(std::string path, std::vector<MoveRecord> records,
                              platform::Platform& platform)
     : file_(std::move(path), platform), records_(std::move(records)) {
-    text_ = "[";
+    text_.push_back('[');
     for (const auto& record : records_) {
         if (!Engine::validUtf8(record.from) || !Engine::validUtf8(record.to)) {
             unencodable_ = true;

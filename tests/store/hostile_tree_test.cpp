@@ -181,7 +181,9 @@ TEST_F(HostileTree, FilesVanishingMidScanAreNotedAndTheRestIsArranged) {
     bool vanished = false;
     f.platform.fault = [&](const std::string& operation,
                            const std::string& name) -> std::optional<platform::Error> {
-        if (!vanished && operation == "statAt" && name == "Gone") {
+        // The walk looks at a folder first by its status or by opening it, as its listing allows.
+        if (!vanished && (operation == "statAt" || operation == "openDirectoryAt") &&
+            name == "Gone") {
             vanished = true;
             std::remove(b.c_str());
             std::filesystem::remove_all(in("Gone"));
@@ -194,8 +196,12 @@ TEST_F(HostileTree, FilesVanishingMidScanAreNotedAndTheRestIsArranged) {
     ASSERT_TRUE(vanished);
     auto problems = inventory.check(f.historyPath());
     EXPECT_TRUE(problems.empty()) << describe(problems);
-    EXPECT_TRUE(logged("Could not inspect b.txt: No such file or directory"));
-    EXPECT_TRUE(logged("Could not inspect Gone: No such file or directory"));
+    // Depending on whether the walk had looked at them yet, the vanished items are noted by the
+    // scan or skipped by the arrangement; either way each is reported once.
+    EXPECT_TRUE(logged("Could not inspect b.txt: No such file or directory") ||
+                logged("Changed file skipped: b.txt"));
+    EXPECT_TRUE(logged("Could not inspect Gone: No such file or directory") ||
+                logged("Cannot read Gone: No such file or directory"));
     EXPECT_EQ(readFile(in("04 Documents/a.txt")), "a");
     EXPECT_EQ(readFile(in("04 Documents/d.txt")), "d");
     EXPECT_EQ(f.activityTexts().front(),

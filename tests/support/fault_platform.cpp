@@ -4,6 +4,8 @@ namespace quorrin::testing {
 
 std::optional<Error> FaultPlatform::check(const std::string& operation,
                                           const std::string& argument) {
+    // The duplicate analysis reads on several threads at once.
+    std::lock_guard lock(mutex_);
     ++calls[operation];
     if (fault)
         return fault(operation, argument);
@@ -34,7 +36,7 @@ FaultPlatform::Hook FaultPlatform::failingCall(std::string operation, int index,
 const std::vector<std::string>& FaultPlatform::operations() {
     static const std::vector<std::string> names = {"openDirectory",
                                                    "openDirectoryAt",
-                                                   "readDirectory",
+                                                   "listDirectory",
                                                    "statAt",
                                                    "stat",
                                                    "resolve",
@@ -70,6 +72,10 @@ Result<Fd> FaultPlatform::openDirectoryAt(const Fd& parent, const std::string& n
 Result<std::vector<std::string>> FaultPlatform::readDirectory(const Fd& directory) {
     QUORRIN_FAULT_CHECK("readDirectory", "");
     return LinuxPlatform::readDirectory(directory);
+}
+Result<std::vector<platform::DirectoryEntry>> FaultPlatform::listDirectory(const Fd& directory) {
+    QUORRIN_FAULT_CHECK("listDirectory", "");
+    return LinuxPlatform::listDirectory(directory);
 }
 Result<FileInfo> FaultPlatform::statAt(const Fd& directory, const std::string& name,
                                        bool followLinks) {
@@ -145,7 +151,10 @@ Result<Fd> FaultPlatform::lockFile(const std::string& path, bool exclusive,
     return LinuxPlatform::lockFile(path, exclusive, wait);
 }
 platform::UsageDates FaultPlatform::readUsageDates() {
-    ++calls["readUsageDates"];
+    {
+        std::lock_guard lock(mutex_);
+        ++calls["readUsageDates"];
+    }
     return usageDates ? *usageDates : LinuxPlatform::readUsageDates();
 }
 

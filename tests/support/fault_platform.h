@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -35,6 +36,7 @@ public:
     Result<Fd> openDirectory(const std::string& path) override;
     Result<Fd> openDirectoryAt(const Fd& parent, const std::string& name) override;
     Result<std::vector<std::string>> readDirectory(const Fd& directory) override;
+    Result<std::vector<platform::DirectoryEntry>> listDirectory(const Fd& directory) override;
     Result<FileInfo> statAt(const Fd& directory, const std::string& name,
                             bool followLinks) override;
     Result<FileInfo> stat(const std::string& path, bool followLinks) override;
@@ -77,6 +79,8 @@ public:
     static const std::vector<std::string>& operations();
 
 private:
+    // Primitives may be called from several threads; the hook and the counts are used under it.
+    std::recursive_mutex mutex_;
     std::optional<Error> check(const std::string& operation, const std::string& argument);
 };
 

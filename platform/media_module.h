@@ -1,0 +1,31 @@
+// The media module: libvips and poppler behind two C functions, loaded on first use.
+#pragma once
+
+#include "platform/platform.h"
+
+namespace quorrin::platform {
+
+// The module's entry points. `name` is a path the decoders may open by name (a pinned file's).
+// quorrinProbeImage returns an ImageProbe value; quorrinPdfOpens returns 1 or 0.
+extern "C" {
+using ProbeImageFunction = int (*)(const char* name);
+using PdfOpensFunction = int (*)(const char* name);
+}
+inline constexpr const char* probeImageSymbol = "quorrinProbeImage";
+inline constexpr const char* pdfOpensSymbol = "quorrinPdfOpens";
+inline constexpr const char* mediaModuleFileName = "libquorrin_media.so";
+
+struct MediaModule {
+    ProbeImageFunction probeImage = nullptr;
+    PdfOpensFunction pdfOpens = nullptr;
+};
+
+// libvips and poppler bring in about a hundred shared libraries whose loading and start-up cost
+// tens of milliseconds, more than a quick scan of thousands of files. They are kept out of the
+// programs and loaded here, once, on the first image or PDF check, from
+// <program folder>/../lib/quorrin/ when installed, else from the build tree. A module that cannot
+// be loaded is a broken installation: the process stops with a message rather than report every
+// image and PDF as unreadable. Safe to call from several threads at once.
+const MediaModule& mediaModule();
+
+}  // namespace quorrin::platform
