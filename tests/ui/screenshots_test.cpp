@@ -1,4 +1,5 @@
 // Renders each of the nine pages over the sample home to a PNG in the build folder.
+#include "tests/support/ui/qt_printing.h"
 #include "tests/support/ui/sample_home.h"
 #include "tests/support/ui/ui_fixture.h"
 

@@ -53,6 +53,7 @@ Row {
             Row {
                 width: grid.width
                 AppButton {
+                    objectName: "popup.previous"
                     symbol: "chevron.left"
                     quiet: true
                     width: 30
@@ -69,6 +70,7 @@ Row {
                     anchors.verticalCenter: parent.verticalCenter
                 }
                 AppButton {
+                    objectName: "popup.next"
                     symbol: "chevron.right"
                     quiet: true
                     width: 30
@@ -100,6 +102,7 @@ Row {
                     readonly property bool current: model.year === field.date.getFullYear()
                                                     && model.month === field.date.getMonth()
                                                     && model.day === field.date.getDate()
+                    objectName: (model.month === grid.month ? "day:" : "otherDay:") + model.day
                     implicitWidth: 34
                     implicitHeight: 30
                     radius: 7

@@ -148,6 +148,23 @@ Rectangle {
         }
     }
 
+    // One entry of the row's context menu.
+    component MenuEntry: MenuItem {
+        id: entry
+        implicitHeight: 30
+        contentItem: Text {
+            text: entry.text
+            color: Theme.text
+            font.pixelSize: Theme.body
+            leftPadding: 8
+            verticalAlignment: Text.AlignVCenter
+        }
+        background: Rectangle {
+            radius: 6
+            color: entry.highlighted ? Theme.raisedHover : "transparent"
+        }
+    }
+
     Menu {
         id: menu
         objectName: "rowMenu"
@@ -159,23 +176,8 @@ Rectangle {
             border.width: 1
             border.color: Theme.strokeStrong
         }
-        delegate: MenuItem {
-            id: menuItem
-            implicitHeight: 30
-            contentItem: Text {
-                text: menuItem.text
-                color: Theme.text
-                font.pixelSize: Theme.body
-                leftPadding: 8
-                verticalAlignment: Text.AlignVCenter
-            }
-            background: Rectangle {
-                radius: 6
-                color: menuItem.highlighted ? Theme.raisedHover : "transparent"
-            }
-        }
-        Action { objectName: "menuOpen"; text: "Open"; onTriggered: row.list.open(row.index) }
-        Action { objectName: "menuReveal"; text: "Show in Finder"; onTriggered: row.list.reveal(row.index) }
-        Action { objectName: "menuCopyPath"; text: "Copy path"; onTriggered: row.list.copyPath(row.index) }
+        MenuEntry { objectName: "menuOpen"; text: "Open"; onTriggered: row.list.open(row.index) }
+        MenuEntry { objectName: "menuReveal"; text: "Show in Finder"; onTriggered: row.list.reveal(row.index) }
+        MenuEntry { objectName: "menuCopyPath"; text: "Copy path"; onTriggered: row.list.copyPath(row.index) }
     }
 }

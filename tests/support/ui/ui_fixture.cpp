@@ -133,15 +133,45 @@ bool UiFixture::isEnabled(const QString& name, QQuickItem* parent) const {
     return found && found->isEnabled();
 }
 
+void UiFixture::scrollIntoView(QQuickItem* item) {
+    for (QQuickItem* parent = item->parentItem(); parent; parent = parent->parentItem()) {
+        if (!parent->inherits("QQuickFlickable"))
+            continue;
+        // A list's own rows are scrolled by the list; pages scroll as a whole.
+        auto* content = qvariant_cast<QQuickItem*>(parent->property("contentItem"));
+        if (!content)
+            continue;
+        const QRectF inContent = item->mapRectToItem(content, item->boundingRect());
+        const double top = parent->property("contentY").toDouble();
+        const double height = parent->height();
+        const double contentHeight = parent->property("contentHeight").toDouble();
+        double target = top;
+        if (inContent.top() < top)
+            target = inContent.top() - 8;
+        else if (inContent.bottom() > top + height)
+            target = inContent.bottom() - height + 8;
+        target = std::clamp(target, 0.0, std::max(0.0, contentHeight - height));
+        if (target != top) {
+            parent->setProperty("contentY", target);
+            QQuickTest::qWaitForPolish(&window());
+        }
+    }
+}
+
 void UiFixture::click(QQuickItem* item, Qt::MouseButton button) {
     if (!item)
         return;
     QQuickTest::qWaitForPolish(&window());
+    scrollIntoView(item);
     EXPECT_TRUE(item->isVisible())
         << "Clicking a hidden item: " << item->objectName().toStdString();
     const QPointF centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
     QTest::mouseClick(&window(), button, Qt::NoModifier, centre.toPoint());
     QCoreApplication::processEvents();
+    // A click may change the list state: wait for the rows built from it (not for the Store,
+    // which may be held busy on purpose).
+    EXPECT_TRUE(waitFor([&] { return !fileList().computing(); })) << "The list never settled";
+    QQuickTest::qWaitForPolish(&window());
 }
 
 void UiFixture::click(const QString& name) {
@@ -217,6 +247,9 @@ QStringList UiFixture::rowNames() const {
     QQuickItem* view = find(QStringLiteral("fileListView"));
     if (!view || !view->isVisible())
         return {};
+    // The list makes its rows when it lays itself out; have it do so now.
+    QMetaObject::invokeMethod(view, "forceLayout");
+    QQuickTest::qWaitForPolish(view);
     auto* content = qvariant_cast<QQuickItem*>(view->property("contentItem"));
     if (!content)
         return {};

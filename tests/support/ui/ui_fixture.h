@@ -3,10 +3,13 @@
 #pragma once
 
 #include "tests/support/temp_home.h"
+#include "tests/support/ui/qt_printing.h"
 #include "ui/file_list_model.h"
 #include "ui/store_facade.h"
 
 #include <QPointF>
+#include <QQuickItem>
+#include <QQuickWindow>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -14,8 +17,6 @@
 #include <string>
 
 class QQmlApplicationEngine;
-class QQuickItem;
-class QQuickWindow;
 class QImage;
 
 namespace quorrin::testing {
@@ -52,7 +53,10 @@ public:
     bool isShown(const QString& name, QQuickItem* parent = nullptr) const;
     bool isEnabled(const QString& name, QQuickItem* parent = nullptr) const;
 
-    // A left click in the middle of the item, after the window has laid itself out.
+    // Scrolls the pages and lists that hold the item until it is inside the window.
+    void scrollIntoView(QQuickItem* item);
+    // A left click in the middle of the item, after the window has laid itself out and the item
+    // has been scrolled into view; returns once the file list shows the rows for what changed.
     void click(QQuickItem* item, Qt::MouseButton button = Qt::LeftButton);
     void click(const QString& name);
     // Clicks the item with this name inside `parent`; fails the test when `parent` is missing.
