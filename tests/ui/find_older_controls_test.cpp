@@ -4,10 +4,12 @@
 #include "tests/support/ui/sample_home.h"
 #include "tests/support/ui/ui_fixture.h"
 
+#include <QColor>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
 
+#include <QtQuickTest/quicktest.h>
 #include <gtest/gtest.h>
 
 namespace quorrin::testing {
@@ -32,8 +34,20 @@ protected:
             QTest::keyClick(&ui.window(), key);
         ui.settle();
     }
+    // Drawn in `accent` (the current preset) rather than grey.
     bool highlighted(const QString& preset) {
-        return ui.item("preset:" + preset)->property("prominent").toBool();
+        QQuickItem* button = ui.item("preset:" + preset);
+        // Away from the buttons, so that none is drawn hovered.
+        QTest::mouseMove(&ui.window(), QPoint(4, ui.window().height() - 4));
+        QQuickTest::qWaitForPolish(&ui.window());
+        auto* background = qvariant_cast<QQuickItem*>(button->property("background"));
+        const QColor accent = QColor::fromRgbF(0.67, 0.95, 0.42);
+        const QColor fill = background->property("color").value<QColor>();
+        const bool accented = qAbs(fill.redF() - accent.redF()) < 0.01 &&
+                              qAbs(fill.greenF() - accent.greenF()) < 0.01 &&
+                              qAbs(fill.blueF() - accent.blueF()) < 0.01;
+        EXPECT_EQ(accented, button->property("prominent").toBool());
+        return accented;
     }
 
     UiFixture ui;

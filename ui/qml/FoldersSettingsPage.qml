@@ -5,14 +5,11 @@ import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Quorrin
 
-Flickable {
+PageFlickable {
     id: settings
     signal addFolderRequested()
 
     contentHeight: column.implicitHeight + 8
-    clip: true
-    boundsBehavior: Flickable.StopAtBounds
-    ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
 
     component Note: Text {
         Layout.fillWidth: true
@@ -25,17 +22,17 @@ Flickable {
     ColumnLayout {
         id: column
         width: settings.width
-        spacing: 16
+        spacing: 14
 
         // Connected folders.
         Panel {
             Layout.fillWidth: true
-            Layout.preferredHeight: folders.implicitHeight + 40
+            Layout.preferredHeight: folders.implicitHeight + 36
             ColumnLayout {
                 id: folders
                 anchors.fill: parent
-                anchors.margins: 20
-                spacing: 12
+                anchors.margins: 18
+                spacing: 8
                 RowLayout {
                     Layout.fillWidth: true
                     Text {
@@ -61,7 +58,7 @@ Flickable {
                         required property int index
                         objectName: "rootRow:" + index
                         Layout.fillWidth: true
-                        Layout.preferredHeight: 56
+                        Layout.preferredHeight: 48
                         radius: 10
                         color: "#14181a"
                         border.width: 1
@@ -74,7 +71,7 @@ Flickable {
                             Symbol {
                                 name: "folder.fill"
                                 color: Theme.accent
-                                size: 22
+                                size: 18
                             }
                             ColumnLayout {
                                 Layout.fillWidth: true
@@ -122,12 +119,12 @@ Flickable {
         // Clean-up.
         Panel {
             Layout.fillWidth: true
-            Layout.preferredHeight: cleanup.implicitHeight + 40
+            Layout.preferredHeight: cleanup.implicitHeight + 36
             ColumnLayout {
                 id: cleanup
                 anchors.fill: parent
-                anchors.margins: 20
-                spacing: 14
+                anchors.margins: 18
+                spacing: 10
                 AppSwitch {
                     objectName: "autoDuplicatesSwitch"
                     Layout.fillWidth: true
@@ -160,11 +157,11 @@ Flickable {
         // The weekly review.
         Panel {
             Layout.fillWidth: true
-            Layout.preferredHeight: review.implicitHeight + 40
+            Layout.preferredHeight: review.implicitHeight + 36
             ColumnLayout {
                 id: review
                 anchors.fill: parent
-                anchors.margins: 20
+                anchors.margins: 18
                 spacing: 12
                 Text {
                     text: "Weekly Downloads review"

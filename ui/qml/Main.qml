@@ -36,6 +36,8 @@ ApplicationWindow {
     function pressSidebar(name) {
         page = name
         fileList.resetView()
+        // The search field of the page left behind gives up the keyboard.
+        window.contentItem.forceActiveFocus()
     }
 
     // The Overview's shortcuts change the page only.

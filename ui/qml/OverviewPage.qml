@@ -5,14 +5,11 @@ import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Quorrin
 
-Flickable {
+PageFlickable {
     id: overview
     signal jump(string page)
 
     contentHeight: column.implicitHeight + 8
-    clip: true
-    boundsBehavior: Flickable.StopAtBounds
-    ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
 
     // The due state depends on the time; it is read again whenever the page is shown.
     onVisibleChanged: if (visible) Store.refreshReview()
