@@ -1,0 +1,67 @@
+// A row's actions: "Show in Finder", and the context menu's "Open", "Show in Finder" and
+// "Copy path".
+#include "tests/support/ui/qt_printing.h"
+#include "tests/support/ui/recording_launcher.h"
+#include "tests/support/ui/ui_fixture.h"
+
+#include <QQuickItem>
+
+#include <gtest/gtest.h>
+
+namespace quorrin::testing {
+namespace {
+
+class ListRowActions : public ::testing::Test {
+protected:
+    void SetUp() override {
+        path = QString::fromStdString(ui.home.writeFile("Documents/Invoices/March 2024.pdf", "m"));
+        ui.open();
+        ui.pressSidebar("All files");
+        ui.runPageAction();
+    }
+    void menu(const QString& entry) {
+        ui.click(ui.row("March 2024.pdf"), Qt::RightButton);
+        ASSERT_TRUE(ui.waitFor([&] { return ui.isShown(entry); })) << entry.toStdString();
+        ui.click(entry);
+    }
+
+    RecordingLauncher desktop;
+    UiFixture ui;
+    QString path;
+};
+
+TEST_F(ListRowActions, ShowInFinderRevealsTheFile) {
+    QQuickItem* row = ui.row("March 2024.pdf");
+    EXPECT_EQ(ui.text("rowRevealButton", row), "Show in Finder");
+    ui.clickIn(row, "rowRevealButton");
+    EXPECT_EQ(desktop.shown, QList<QUrl>{QUrl::fromLocalFile(path)});
+}
+
+TEST_F(ListRowActions, TheContextMenuOpensRevealsAndCopies) {
+    menu("menuOpen");
+    EXPECT_EQ(desktop.opened, QList<QUrl>{QUrl::fromLocalFile(path)});
+    menu("menuReveal");
+    EXPECT_EQ(desktop.shown, QList<QUrl>{QUrl::fromLocalFile(path)});
+    menu("menuCopyPath");
+    EXPECT_EQ(desktop.clipboard, QStringList{path});
+}
+
+TEST_F(ListRowActions, TheMenuEntriesReadAsTheyShould) {
+    ui.click(ui.row("March 2024.pdf"), Qt::RightButton);
+    ASSERT_TRUE(ui.waitFor([&] { return ui.isShown("menuOpen"); }));
+    EXPECT_EQ(ui.text("menuOpen"), "Open");
+    EXPECT_EQ(ui.text("menuReveal"), "Show in Finder");
+    EXPECT_EQ(ui.text("menuCopyPath"), "Copy path");
+}
+
+TEST_F(ListRowActions, TheRowShowsNameFolderAndSize) {
+    QQuickItem* row = ui.row("March 2024.pdf");
+    EXPECT_EQ(ui.text("rowName", row), "March 2024.pdf");
+    EXPECT_EQ(ui.text("rowDetail", row),
+              QString::fromStdString(ui.home.path("Documents/Invoices")));
+    EXPECT_EQ(ui.text("rowSize", row), "1 byte");
+    EXPECT_FALSE(ui.item("rowDate", row)->isVisible());
+}
+
+}  // namespace
+}  // namespace quorrin::testing

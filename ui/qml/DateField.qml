@@ -1,0 +1,131 @@
+// A date picker showing the date only: a button with the abbreviated date that opens a month grid.
+import QtQuick
+import QtQuick.Controls.Basic
+import Quorrin
+
+Row {
+    id: field
+    property string title
+    property date date
+    signal picked(date date)
+
+    spacing: 8
+
+    Text {
+        text: field.title
+        color: Theme.secondary
+        font.pixelSize: Theme.body
+        anchors.verticalCenter: parent.verticalCenter
+    }
+
+    AppButton {
+        id: button
+        objectName: "button"
+        symbol: "calendar"
+        text: Format.abbreviatedDate(field.date)
+        anchors.verticalCenter: parent.verticalCenter
+        onClicked: {
+            popup.shown = Format.addMonths(field.date, 0)
+            popup.open()
+        }
+    }
+
+    Popup {
+        id: popup
+        objectName: "popup"
+        property date shown: field.date
+        y: button.height + 6
+        x: button.x
+        padding: 12
+        modal: false
+        focus: true
+
+        background: Rectangle {
+            radius: Theme.radius
+            color: Theme.raised
+            border.width: 1
+            border.color: Theme.strokeStrong
+        }
+
+        contentItem: Column {
+            spacing: 8
+
+            Row {
+                width: grid.width
+                AppButton {
+                    objectName: "popup.previous"
+                    symbol: "chevron.left"
+                    quiet: true
+                    width: 30
+                    leftPadding: 7
+                    onClicked: popup.shown = Format.addMonths(popup.shown, -1)
+                }
+                Text {
+                    width: grid.width - 60
+                    horizontalAlignment: Text.AlignHCenter
+                    text: Format.monthAndYear(popup.shown)
+                    color: Theme.text
+                    font.pixelSize: Theme.body
+                    font.weight: Font.DemiBold
+                    anchors.verticalCenter: parent.verticalCenter
+                }
+                AppButton {
+                    objectName: "popup.next"
+                    symbol: "chevron.right"
+                    quiet: true
+                    width: 30
+                    leftPadding: 7
+                    onClicked: popup.shown = Format.addMonths(popup.shown, 1)
+                }
+            }
+
+            DayOfWeekRow {
+                width: grid.width
+                delegate: Text {
+                    required property string shortName
+                    text: shortName
+                    color: Theme.grey
+                    font.pixelSize: Theme.caption
+                    horizontalAlignment: Text.AlignHCenter
+                }
+            }
+
+            MonthGrid {
+                id: grid
+                objectName: "grid"
+                width: 7 * 34
+                month: popup.shown.getMonth()
+                year: popup.shown.getFullYear()
+                delegate: Rectangle {
+                    id: day
+                    required property var model
+                    readonly property bool current: model.year === field.date.getFullYear()
+                                                    && model.month === field.date.getMonth()
+                                                    && model.day === field.date.getDate()
+                    objectName: (model.month === grid.month ? "day:" : "otherDay:") + model.day
+                    implicitWidth: 34
+                    implicitHeight: 30
+                    radius: 7
+                    color: current ? Theme.accent : dayArea.containsMouse ? Theme.raisedHover : "transparent"
+                    Text {
+                        anchors.centerIn: parent
+                        text: day.model.day
+                        color: day.current ? Theme.accentInk
+                                           : day.model.month === grid.month ? Theme.text : Theme.grey
+                        font.pixelSize: Theme.body
+                    }
+                    MouseArea {
+                        id: dayArea
+                        anchors.fill: parent
+                        hoverEnabled: true
+                        onClicked: {
+                            field.picked(Format.withDay(field.date, day.model.year,
+                                                        day.model.month + 1, day.model.day))
+                            popup.close()
+                        }
+                    }
+                }
+            }
+        }
+    }
+}

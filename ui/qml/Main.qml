@@ -1,0 +1,120 @@
+// The window: the sidebar of nine pages, the header, the selected page, the trash confirmation and
+// the folder chooser. It owns the view state; the Store owns everything else.
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Quorrin
+
+ApplicationWindow {
+    id: window
+    objectName: "mainWindow"
+
+    // The selected sidebar page; page identity is compared on its title.
+    property string page: "Overview"
+
+    width: 1180
+    height: 800
+    minimumWidth: 980
+    minimumHeight: 640
+    visible: true
+    title: "Quorrin"
+    color: Theme.window
+
+    palette.window: Theme.window
+    palette.windowText: Theme.text
+    palette.base: Theme.raised
+    palette.text: Theme.text
+    palette.button: Theme.raised
+    palette.buttonText: Theme.text
+    palette.highlight: Theme.accent
+    palette.highlightedText: Theme.accentInk
+    palette.mid: Theme.strokeStrong
+    palette.dark: Theme.strokeStrong
+
+    // A sidebar press: the page, then nothing selected, empty search, "All types", "All signals";
+    // also when the page pressed is the one shown.
+    function pressSidebar(name) {
+        page = name
+        fileList.resetView()
+        // The search field of the page left behind gives up the keyboard.
+        window.contentItem.forceActiveFocus()
+    }
+
+    // The Overview's shortcuts change the page only.
+    function jump(name) {
+        page = name
+    }
+
+    FileListModel {
+        id: fileList
+        objectName: "fileList"
+        store: Store
+        page: window.page
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        Sidebar {
+            Layout.preferredWidth: 248
+            Layout.fillHeight: true
+            page: window.page
+            onPagePressed: (name) => window.pressSidebar(name)
+        }
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            Layout.margins: Theme.pagePadding
+            Layout.topMargin: 26
+            spacing: 20
+
+            Header {
+                Layout.fillWidth: true
+                page: window.page
+            }
+
+            StackLayout {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                currentIndex: {
+                    switch (window.page) {
+                    case "Overview": return 0
+                    case "Folders & settings": return 2
+                    case "Activity": return 3
+                    default: return 1
+                    }
+                }
+
+                OverviewPage {
+                    objectName: "overviewPage"
+                    onJump: (name) => window.jump(name)
+                }
+                FileListPage {
+                    objectName: "fileListPage"
+                    list: fileList
+                    name: window.page
+                    onClearRequested: trashConfirmation.open()
+                }
+                FoldersSettingsPage {
+                    objectName: "foldersSettingsPage"
+                    onAddFolderRequested: folderChooser.open()
+                }
+                ActivityPage {
+                    objectName: "activityPage"
+                }
+            }
+        }
+    }
+
+    TrashConfirmation {
+        id: trashConfirmation
+        onMoveToTrash: fileList.moveSelectedToTrash()
+    }
+
+    FolderChooser {
+        id: folderChooser
+        onChosen: (paths) => Store.addFolders(paths)
+    }
+}

@@ -1,0 +1,163 @@
+// The sidebar: the brand block, the nine pages, and the footer saying how the app works.
+import QtQuick
+import QtQuick.Layouts
+import Quorrin
+
+Rectangle {
+    id: sidebar
+    property string page
+    signal pagePressed(string page)
+
+    // The system symbol of each page, in sidebar order.
+    readonly property var symbols: ({
+        "Overview": "square.grid.2x2",
+        "All files": "magnifyingglass",
+        "FindOlder": "calendar.badge.clock",
+        "Duplicates": "square.on.square",
+        "Downloads review": "arrow.down.circle",
+        "File health": "heart.text.square",
+        "Kept files": "bookmark",
+        "Folders & settings": "slider.horizontal.3",
+        "Activity": "clock.arrow.circlepath"
+    })
+
+    color: Theme.sidebar
+    clip: true
+
+    Rectangle {
+        anchors.right: parent.right
+        width: 1
+        height: parent.height
+        color: Theme.stroke
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: 16
+        anchors.topMargin: 24
+        spacing: 0
+
+        // Brand block.
+        Column {
+            Layout.leftMargin: 8
+            spacing: 7
+            Row {
+                spacing: 9
+                Symbol {
+                    name: "sparkles"
+                    color: Theme.accent
+                    size: 24
+                    anchors.verticalCenter: parent.verticalCenter
+                }
+                Text {
+                    objectName: "brandName"
+                    text: "QUORRIN"
+                    color: Theme.text
+                    font.pixelSize: 18
+                    font.weight: Font.Bold
+                    font.letterSpacing: 1.6
+                    anchors.verticalCenter: parent.verticalCenter
+                }
+            }
+            Text {
+                objectName: "brandTagline"
+                text: "LESS CLUTTER. MORE CLARITY."
+                color: Theme.secondary
+                font.pixelSize: 9
+                font.letterSpacing: 1.8
+            }
+        }
+
+        Item { Layout.preferredHeight: 28 }
+
+        Repeater {
+            model: Format.pages
+            delegate: Rectangle {
+                id: item
+                required property string modelData
+                readonly property bool current: sidebar.page === modelData
+                objectName: "sidebar:" + modelData
+                Layout.fillWidth: true
+                Layout.preferredHeight: 36
+                Layout.bottomMargin: 2
+                radius: 9
+                color: current ? Theme.panelColor : area.containsMouse ? "#171b1e" : "transparent"
+                border.width: current ? 1 : 0
+                border.color: Theme.stroke
+
+                Rectangle {
+                    visible: item.current
+                    width: 3
+                    height: 16
+                    radius: 1.5
+                    color: Theme.accent
+                    anchors.verticalCenter: parent.verticalCenter
+                    x: 0
+                }
+
+                Row {
+                    anchors.verticalCenter: parent.verticalCenter
+                    x: 12
+                    spacing: 11
+                    Symbol {
+                        name: sidebar.symbols[item.modelData]
+                        color: item.current ? Theme.accent : Theme.secondary
+                        size: 17
+                        anchors.verticalCenter: parent.verticalCenter
+                    }
+                    Text {
+                        text: item.modelData
+                        color: item.current ? Theme.text : "#c5cdd1"
+                        font.pixelSize: Theme.body
+                        font.weight: item.current ? Font.DemiBold : Font.Normal
+                        anchors.verticalCenter: parent.verticalCenter
+                    }
+                }
+
+                MouseArea {
+                    id: area
+                    anchors.fill: parent
+                    hoverEnabled: true
+                    cursorShape: Qt.PointingHandCursor
+                    onClicked: sidebar.pagePressed(item.modelData)
+                }
+            }
+        }
+
+        Item { Layout.fillHeight: true }
+
+        // Footer.
+        Rectangle {
+            Layout.fillWidth: true
+            Layout.preferredHeight: footer.implicitHeight + 24
+            radius: 10
+            color: Theme.panelColor
+            border.width: 1
+            border.color: Theme.stroke
+
+            Column {
+                id: footer
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                anchors.leftMargin: 14
+                anchors.rightMargin: 14
+                spacing: 3
+                Text {
+                    objectName: "footerTitle"
+                    text: Store.busy ? "Working safely" : "LOCAL • PRIVATE"
+                    color: Store.busy ? Theme.accent : Theme.text
+                    font.pixelSize: 12
+                    font.weight: Font.Medium
+                    font.letterSpacing: Store.busy ? 0 : 0.8
+                }
+                Text {
+                    objectName: "footerNote"
+                    text: "Files stay on your Mac."
+                    color: Theme.secondary
+                    font.pixelSize: Theme.caption
+                }
+            }
+        }
+    }
+}
