@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -133,12 +134,15 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
     if (!load(bookmarks.get(), *contents))
         return dates;
 
-    std::optional<gint64> latest;
+    // The latest time of the current entry; `none` until one is found. (A plain number rather
+    // than an optional: GCC's flow analysis at -O1 wrongly takes the optional's value for unset.)
+    constexpr gint64 none = std::numeric_limits<gint64>::min();
+    gint64 latest = none;
     auto consider = [&](GDateTime* time) {
         if (time == nullptr)
             return;
         gint64 when = microsecondsOf(time);
-        if (when < loadingBegan && (!latest || when > *latest))
+        if (when < loadingBegan && when > latest)
             latest = when;
     };
 
@@ -154,7 +158,7 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
         if (!path || !isLocalHost(host.get()))
             continue;
 
-        latest.reset();
+        latest = none;
         consider(g_bookmark_file_get_added_date_time(bookmarks.get(), uri, nullptr));
         consider(g_bookmark_file_get_modified_date_time(bookmarks.get(), uri, nullptr));
         consider(g_bookmark_file_get_visited_date_time(bookmarks.get(), uri, nullptr));
@@ -166,10 +170,10 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
                                                      nullptr, &stamp, nullptr))
                 consider(stamp);
         }
-        if (!latest)
+        if (latest == none)
             continue;
 
-        Instant when = instantOfMicroseconds(*latest);
+        Instant when = instantOfMicroseconds(latest);
         // Two spellings of one URI (escaped and not) may name the same file: keep the later.
         auto [it, inserted] = dates.emplace(path.get(), when);
         if (!inserted)
