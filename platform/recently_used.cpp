@@ -134,8 +134,7 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
     if (!load(bookmarks.get(), *contents))
         return dates;
 
-    // The latest time of the current entry; `none` until one is found. (A plain number rather
-    // than an optional: GCC's flow analysis at -O1 wrongly takes the optional's value for unset.)
+    // The latest time seen for the current entry; `none` until one is.
     constexpr gint64 none = std::numeric_limits<gint64>::min();
     gint64 latest = none;
     auto consider = [&](GDateTime* time) {
