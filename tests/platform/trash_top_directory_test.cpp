@@ -149,6 +149,33 @@ TEST(TrashTopDirectory, SkipsAUserFolderInTheSharedTrashOwnedBySomeoneElse) {
     EXPECT_EQ(readFile(volume.ownTrash() + "/files/report.txt"), "on the stick");
 }
 
+TEST(TrashTopDirectory, SkipsAUserFolderInTheSharedTrashThatIsALink) {
+    Volume volume;
+    std::string shared = volume.makeDir(".Trash");
+    ASSERT_EQ(::chmod(shared.c_str(), 01777), 0);
+    std::string elsewhere = volume.makeDir("elsewhere");
+    ASSERT_EQ(::symlink(elsewhere.c_str(), (shared + "/" + volume.uid).c_str()), 0);
+
+    ASSERT_TRUE(moveToTrash(volume.platform, volume.file).ok());
+    EXPECT_TRUE(namesIn(elsewhere).empty());
+    EXPECT_EQ(readFile(volume.ownTrash() + "/files/report.txt"), "on the stick");
+}
+
+TEST(TrashTopDirectory, RefusesATrashWhoseFilesFolderIsALink) {
+    Volume volume;
+    std::string own = volume.makeDir(".Trash-" + volume.uid);
+    ASSERT_EQ(::chmod(own.c_str(), 0700), 0);
+    std::string elsewhere = volume.makeDir("elsewhere");
+    ASSERT_EQ(::symlink(elsewhere.c_str(), (own + "/files").c_str()), 0);
+
+    Status trashed = moveToTrash(volume.platform, volume.file);
+    ASSERT_FALSE(trashed.ok());
+    EXPECT_EQ(trashed.error().description,
+              "Cannot move report.txt to the Trash: " + own + "/files is a symbolic link");
+    EXPECT_EQ(readFile(volume.file), "on the stick");
+    EXPECT_TRUE(namesIn(elsewhere).empty());
+}
+
 TEST(TrashTopDirectory, RefusesAnOwnTrashOwnedBySomeoneElse) {
     Volume volume;
     std::string own = volume.makeDir(".Trash-" + volume.uid);
