@@ -50,8 +50,7 @@ TEST_F(OddNamesCli, NamesAfterADoubleDashAreFilesEvenWhenTheyLookLikeOptions) {
 TEST_F(OddNamesCli, ANameWithANewlineIsArrangedRecordedListedAndUndone) {
     std::string odd = home.writeFile("Downloads/two\nlines.txt", "odd");
     auto started = run({"start"});
-    EXPECT_EQ(linesOf(started.out).back(),
-              "Done • 1 files arranged • 0 duplicates sent to Trash");
+    EXPECT_EQ(linesOf(started.out).back(), "Done • 1 files arranged • 0 duplicates sent to Trash");
     std::string arranged = downloads("04 Documents/two\nlines.txt");
     EXPECT_EQ(readFile(arranged), "odd");
     auto history = nlohmann::json::parse(readFile(historyPath()));
