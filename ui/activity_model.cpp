@@ -5,7 +5,7 @@
 namespace quorrin::ui {
 
 ActivityModel::ActivityModel(const std::deque<Engine::Activity>& activity, QObject* parent)
-    : QAbstractListModel(parent), activity_(activity) {}
+    : QAbstractListModel(parent), activity_(&activity) {}
 
 int ActivityModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : count();
@@ -14,7 +14,7 @@ int ActivityModel::rowCount(const QModelIndex& parent) const {
 QVariant ActivityModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() < 0 || index.row() >= count())
         return {};
-    const Engine::Activity& record = activity_[std::size_t(index.row())];
+    const Engine::Activity& record = (*activity_)[std::size_t(index.row())];
     switch (Role(role)) {
         case Role::id:
             return QString::fromStdString(record.id());
@@ -35,6 +35,13 @@ QHash<int, QByteArray> ActivityModel::roleNames() const {
         {int(Role::date), "date"},
         {int(Role::time), "time"},
     };
+}
+
+void ActivityModel::release() {
+    beginResetModel();
+    activity_ = nullptr;
+    endResetModel();
+    emit countChanged();
 }
 
 void ActivityModel::reload() {

@@ -27,19 +27,21 @@ public:
 
     explicit ActivityModel(const std::deque<Engine::Activity>& activity, QObject* parent = nullptr);
 
-    int count() const { return int(activity_.size()); }
+    int count() const { return activity_ ? int(activity_->size()) : 0; }
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
     // The Store's list changed: rows are rebuilt from it.
     void reload();
+    // The Store is going away: the model shows no rows from now on.
+    void release();
 
 signals:
     void countChanged();
 
 private:
-    const std::deque<Engine::Activity>& activity_;
+    const std::deque<Engine::Activity>* activity_;
 };
 
 }  // namespace quorrin::ui

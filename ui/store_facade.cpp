@@ -28,6 +28,7 @@ StoreFacade::StoreFacade(QObject* parent)
 
 StoreFacade::~StoreFacade() {
     store_->removeObserver(this);
+    activity_.release();
     // The Store goes first; the executor then waits for work still running in the background.
     store_.reset();
     executor_.waitForBackground();

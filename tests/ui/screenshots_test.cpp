@@ -32,7 +32,7 @@ protected:
         name.replace(QLatin1Char(' '), QLatin1Char('-'));
         const QString path = QStringLiteral(QUORRIN_SCREENSHOT_DIR) + QLatin1Char('/') +
                              QString::asprintf("%d-", number) + name + QStringLiteral(".png");
-        ASSERT_TRUE(image.save(path)) << path.toStdString();
+        ASSERT_TRUE(image.save(path, "PNG", 0)) << path.toStdString();  // smallest file
     }
 
     UiFixture ui;

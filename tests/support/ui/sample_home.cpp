@@ -50,17 +50,18 @@ void writeSampleHome(const TempHome& home) {
     writeAged(home, "Documents/Reading list.txt", 880, 900);
     home.writeFile("Documents/Empty draft.txt", "");
 
-    // Desktop: photos (one copied twice), a screenshot, a damaged image, a song and a clip.
+    // Desktop: a photo, a screenshot, a damaged image, a song and a clip.
     writeImage(home.path("Desktop/Holiday photo.jpg"), 640, 480);
     setModified(home.path("Desktop/Holiday photo.jpg"), daysAgo(300));
-    home.writeFile("Desktop/Holiday photo copy.jpg",
-                   readFile(home.path("Desktop/Holiday photo.jpg")));
     writeImage(home.path("Desktop/Screenshot 2025-05-12.png"), 320, 200);
     home.writeFile("Desktop/Scan of receipt.jpg", "this is not really a picture");
     writeAged(home, "Desktop/Morning song.mp3", 3'400'000, 60);
     writeAged(home, "Desktop/Birthday clip.mp4", 12'800'000, 500);
 
-    // Downloads: installers and archives, old and new, and a second copy of an invoice.
+    // Downloads: installers and archives, old and new, and second copies of a photo and an
+    // invoice.
+    home.writeFile("Downloads/Holiday photo.jpg", readFile(home.path("Desktop/Holiday photo.jpg")));
+    setModified(home.path("Downloads/Holiday photo.jpg"), daysAgo(40));
     writeAged(home, "Downloads/design-tool-setup.dmg", 2'450'000, 200);
     writeAged(home, "Downloads/install.sh", 4'100, 120);
     writeAged(home, "Downloads/photos-2023.zip", 5'600'000, 380);
