@@ -5,9 +5,9 @@
 #include "engine/folder_rules.h"
 #include "engine/health.h"
 #include "engine/paths.h"
+#include "engine/read_ahead.h"
 #include "engine/tables.h"
 
-#include <algorithm>
 #include <unordered_set>
 
 namespace quorrin::Engine {
@@ -18,28 +18,20 @@ using platform::FileType;
 
 constexpr std::size_t progressInterval = 250;
 
-// One open directory on the walk's stack: its children in byte-wise name order (hidden ones left
-// out), the type the directory records for each, and the status of each child that needs one.
+// One folder on the walk's stack, with the position of the next child to visit.
 struct Frame {
-    platform::Fd directory;
+    FolderRead folder;
     std::string path;
-    std::vector<std::string> names;
-    std::vector<std::optional<FileType>> types;
-    std::vector<std::optional<platform::Result<FileInfo>>> infos;
     std::size_t next = 0;
 };
-
-// Whether a child needs a status query: a regular file for its size and dates, and anything whose
-// type the directory does not record. Folders are opened without following links and links are
-// skipped, so neither needs one.
-bool needsStatus(const std::optional<FileType>& type) {
-    return !type || *type == FileType::regular;
-}
 
 class Walk {
 public:
     Walk(const ScanRequest& request, platform::Platform& platform)
-        : request_(request), platform_(platform) {
+        : request_(request),
+          platform_(platform),
+          readAhead_(request.readAheadThreads.value_or(readAheadThreads()),
+                     !request.includeProjects, platform) {
         if (request.readUsageDates)
             usage_ = platform.readUsageDates();
         if (request.compareDuplicates)
@@ -68,57 +60,31 @@ private:
             result_.notes.push_back("Protected folder skipped: " + root);
             return;
         }
-        auto directory = platform_.openDirectory(root);
-        if (!directory) {
+        FolderRead folder = readRoot(root, platform_);
+        if (folder.openError) {
             result_.notes.push_back("Cannot access " + root);
             return;
         }
         rootOverlaps_ = overlapsAnotherRoot(root);
         SharedPath rootPath(root);
-        std::vector<Frame> stack;
-        auto entries = platform_.listDirectory(*directory);
-        if (!entries) {
+        if (folder.listError) {
             result_.notes.push_back("Cannot read " + std::string(lastComponent(root)) + ": " +
-                                    entries.error().description);
-        } else {
-            stack.push_back(frameOf(std::move(*directory), root, std::move(*entries)));
+                                    folder.listError->description);
+            return;
         }
+        readAhead_.queueSubfolders(folder);
+        std::vector<Frame> stack;
+        stack.push_back(Frame{.folder = std::move(folder), .path = root});
 
         while (!stack.empty()) {
             Frame& frame = stack.back();
-            if (frame.next == frame.names.size()) {
+            if (frame.next == frame.folder.names.size()) {
                 stack.pop_back();
                 continue;
             }
             if (auto child = visit(frame, frame.next++, rootPath))
                 stack.push_back(std::move(*child));
         }
-    }
-
-    // The frame of an opened directory: children without hidden names, in byte-wise name order,
-    // with the status of those that need one queried in inode order.
-    Frame frameOf(platform::Fd directory, std::string path,
-                  std::vector<platform::DirectoryEntry> entries) {
-        std::erase_if(entries, [](const platform::DirectoryEntry& entry) {
-            return entry.name.front() == '.';
-        });
-        std::sort(entries.begin(), entries.end(),
-                  [](const auto& a, const auto& b) { return a.name < b.name; });
-        Frame frame{.directory = std::move(directory), .path = std::move(path)};
-        frame.names.reserve(entries.size());
-        frame.types.reserve(entries.size());
-        std::vector<std::pair<std::uint64_t, std::size_t>> toQuery;
-        for (std::size_t i = 0; i < entries.size(); ++i) {
-            if (needsStatus(entries[i].type))
-                toQuery.emplace_back(entries[i].inode, i);
-            frame.names.push_back(std::move(entries[i].name));
-            frame.types.push_back(entries[i].type);
-        }
-        frame.infos.resize(entries.size());
-        std::sort(toQuery.begin(), toQuery.end());
-        for (const auto& [inode, i] : toQuery)
-            frame.infos[i] = platform_.statAt(frame.directory, frame.names[i], false);
-        return frame;
     }
 
     bool overlapsAnotherRoot(const std::string& root) const {
@@ -135,46 +101,40 @@ private:
     }
 
     // Visits one child; returns the frame to descend into when it is a folder to enter.
-    std::optional<Frame> visit(Frame& parent, std::size_t child, const SharedPath& root) {
-        const std::string& name = parent.names[child];
-        std::optional<FileType> type = parent.types[child];
-        if (needsStatus(type)) {
-            const auto& info = *parent.infos[child];
-            if (!info) {
-                result_.notes.push_back("Could not inspect " + name + ": " +
-                                        info.error().description);
-                return std::nullopt;
-            }
-            type = info->type;
+    std::optional<Frame> visit(const Frame& parent, std::size_t child, const SharedPath& root) {
+        const FolderRead& folder = parent.folder;
+        const std::string& name = folder.names[child];
+        std::optional<FileType> type = childType(folder, child);
+        if (!type) {
+            result_.notes.push_back("Could not inspect " + name + ": " +
+                                    folder.infos[child]->error().description);
+            return std::nullopt;
         }
         if (*type == FileType::symlink)
             return std::nullopt;  // never listed nor followed
         if (*type == FileType::directory)
-            return enter(parent, name, appendComponent(parent.path, name));
+            return enter(parent, child);
         if (*type != FileType::regular)
             return std::nullopt;  // devices, sockets, FIFOs
-        addFile(appendComponent(parent.path, name), **parent.infos[child], root);
+        addFile(appendComponent(parent.path, name), **folder.infos[child], root);
         return std::nullopt;
     }
 
-    std::optional<Frame> enter(const Frame& parent, const std::string& name, std::string path) {
-        if (packageExtensions().contains(lowercase(pathExtension(name))))
+    // Packages, protected folders and (unless asked) projects are not entered.
+    std::optional<Frame> enter(const Frame& parent, std::size_t child) {
+        const std::shared_ptr<ReadJob>& job = parent.folder.subfolders[child];
+        if (!job)
             return std::nullopt;
-        if (protectedNames().contains(name))
-            return std::nullopt;
-        auto directory = platform_.openDirectoryAt(parent.directory, name);
-        if (!directory) {
-            result_.notes.push_back("Cannot read " + name + ": " + directory.error().description);
-            return std::nullopt;
-        }
-        auto entries = platform_.listDirectory(*directory);
-        if (!entries) {
-            result_.notes.push_back("Cannot read " + name + ": " + entries.error().description);
+        const std::string& name = parent.folder.names[child];
+        FolderRead folder = readAhead_.take(*job);
+        const auto& error = folder.openError ? folder.openError : folder.listError;
+        if (error) {
+            result_.notes.push_back("Cannot read " + name + ": " + error->description);
             return std::nullopt;
         }
-        if (!request_.includeProjects && projectAt(*directory, name, *entries, platform_))
+        if (folder.project)
             return std::nullopt;
-        return frameOf(std::move(*directory), std::move(path), std::move(*entries));
+        return Frame{.folder = std::move(folder), .path = appendComponent(parent.path, name)};
     }
 
     void addFile(std::string path, const FileInfo& info, const SharedPath& root) {
@@ -214,6 +174,7 @@ private:
     ScanResult result_;
     std::optional<DuplicateAnalysis> duplicates_;
     std::unordered_set<std::string> taken_;
+    ReadAhead readAhead_;
 };
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "platform/platform.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,9 @@ struct ScanRequest {
     bool readUsageDates = false;     // take last-used dates from the recently-used list
     Progress progress;               // status texts, called on the scanning thread
     RootPolicy rootPolicy;           // whether a root may be scanned; allowedRoot() when empty
+    // Threads that read folders ahead of the walk: readAheadThreads() when absent; with 0 the walk
+    // reads each folder itself. The files, notes and their order are the same either way.
+    std::optional<unsigned> readAheadThreads;
 };
 
 // Walks each root depth-first, children in byte-wise name order, leaving out hidden items,
