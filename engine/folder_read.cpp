@@ -15,8 +15,9 @@ using platform::FileType;
 // Fills in the children of an open, listed folder: hidden names left out, byte-wise name order,
 // and the status of those that need one queried in inode order (the order the file system keeps
 // them in, which spares the disk seeks on a cold cache).
-void fillChildren(FolderRead& folder, std::vector<DirectoryEntry> entries,
+void fillChildren(FolderRead& folder, platform::Fd directory, std::vector<DirectoryEntry> entries,
                   platform::Platform& platform) {
+    folder.directory = std::make_shared<const platform::Fd>(std::move(directory));
     std::erase_if(entries, [](const DirectoryEntry& entry) { return entry.name.front() == '.'; });
     std::sort(entries.begin(), entries.end(),
               [](const auto& a, const auto& b) { return a.name < b.name; });
@@ -33,6 +34,23 @@ void fillChildren(FolderRead& folder, std::vector<DirectoryEntry> entries,
     std::sort(toQuery.begin(), toQuery.end());
     for (const auto& [inode, i] : toQuery)
         folder.infos[i] = platform.statAt(*folder.directory, folder.names[i], false);
+}
+
+// The listing of a folder just opened, or nothing when it could not be opened or listed (the error
+// is kept in `folder`).
+std::optional<std::vector<DirectoryEntry>> listOpened(
+    const platform::Result<platform::Fd>& directory, FolderRead& folder,
+    platform::Platform& platform) {
+    if (!directory) {
+        folder.openError = directory.error();
+        return std::nullopt;
+    }
+    auto entries = platform.listDirectory(*directory);
+    if (!entries) {
+        folder.listError = entries.error();
+        return std::nullopt;
+    }
+    return std::move(*entries);
 }
 
 }  // namespace
@@ -61,17 +79,8 @@ bool entersChild(const FolderRead& folder, std::size_t child) {
 FolderRead readRoot(const std::string& root, platform::Platform& platform) {
     FolderRead folder;
     auto directory = platform.openDirectory(root);
-    if (!directory) {
-        folder.openError = directory.error();
-        return folder;
-    }
-    auto entries = platform.listDirectory(*directory);
-    if (!entries) {
-        folder.listError = entries.error();
-        return folder;
-    }
-    folder.directory = std::make_shared<const platform::Fd>(std::move(*directory));
-    fillChildren(folder, std::move(*entries), platform);
+    if (auto entries = listOpened(directory, folder, platform))
+        fillChildren(folder, std::move(*directory), std::move(*entries), platform);
     return folder;
 }
 
@@ -79,21 +88,13 @@ FolderRead readSubfolder(const platform::Fd& parent, const std::string& name, bo
                          platform::Platform& platform) {
     FolderRead folder;
     auto directory = platform.openDirectoryAt(parent, name);
-    if (!directory) {
-        folder.openError = directory.error();
+    auto entries = listOpened(directory, folder, platform);
+    if (!entries)
         return folder;
-    }
-    auto entries = platform.listDirectory(*directory);
-    if (!entries) {
-        folder.listError = entries.error();
-        return folder;
-    }
-    if (checkProject && projectAt(*directory, name, *entries, platform)) {
+    if (checkProject && projectAt(*directory, name, *entries, platform))
         folder.project = true;
-        return folder;
-    }
-    folder.directory = std::make_shared<const platform::Fd>(std::move(*directory));
-    fillChildren(folder, std::move(*entries), platform);
+    else
+        fillChildren(folder, std::move(*directory), std::move(*entries), platform);
     return folder;
 }
 
