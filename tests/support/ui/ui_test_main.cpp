@@ -4,6 +4,9 @@
 
 #include <QGuiApplication>
 #include <QLocale>
+#include <algorithm>
+#include <optional>
+#include <string_view>
 
 #include <QtQml/qqmlextensionplugin.h>
 #include <gtest/gtest.h>
@@ -17,11 +20,20 @@ int main(int argc, char** argv) {
     qputenv("QT_QUICK_BACKEND", "software");
     qputenv("LC_ALL", "en_US.UTF-8");
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-    // Whatever Qt keeps of its own (caches, runtime folders) stays out of the real HOME.
-    quorrin::testing::TempHome processHome;
-    const std::string runtime = processHome.makeDir("runtime");
-    ::chmod(runtime.c_str(), 0700);
-    qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(runtime));
+    // Whatever Qt keeps of its own (caches, runtime folders) stays out of the real HOME. A death
+    // test runs this program again in a child that dies on purpose: the child keeps its parent's
+    // temporary HOME and runtime folder (inherited through the environment) instead of making
+    // one that nothing would remove.
+    const bool deathTestChild = std::any_of(argv, argv + argc, [](const char* argument) {
+        return std::string_view(argument).starts_with("--gtest_internal_run_death_test");
+    });
+    std::optional<quorrin::testing::TempHome> processHome;
+    if (!deathTestChild) {
+        processHome.emplace();
+        const std::string runtime = processHome->makeDir("runtime");
+        ::chmod(runtime.c_str(), 0700);
+        qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(runtime));
+    }
     QGuiApplication app(argc, argv);
     quorrin::ui::prepareApplication(app);
     ::testing::InitGoogleTest(&argc, argv);
