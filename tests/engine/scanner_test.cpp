@@ -16,6 +16,7 @@ namespace quorrin::Engine {
 namespace {
 
 using quorrin::testing::FaultPlatform;
+using quorrin::testing::makeDeepTree;
 using quorrin::testing::TempHome;
 
 std::vector<std::string> paths(const ScanResult& result) {
@@ -294,24 +295,8 @@ TEST(Scanner, CarriesNamesThatAreNotUtf8) {
 
 TEST(Scanner, WalksTreesDeeperThanPathMax) {
     TempHome home;
-    std::string relative = "Documents";
-    std::string deepest = home.makeDir("Documents");
-    // 300 levels of 20-byte names: about 6,300 bytes, beyond PATH_MAX. Built with descriptors.
-    int dir = ::open(deepest.c_str(), O_RDONLY | O_DIRECTORY);
-    ASSERT_GE(dir, 0);
-    for (int level = 0; level < 300; ++level) {
-        const char* name = "level-of-the-tree-20";
-        ASSERT_EQ(::mkdirat(dir, name, 0700), 0);
-        int next = ::openat(dir, name, O_RDONLY | O_DIRECTORY);
-        ::close(dir);
-        ASSERT_GE(next, 0);
-        dir = next;
-    }
-    int file = ::openat(dir, "bottom.txt", O_CREAT | O_WRONLY, 0600);
-    ASSERT_GE(file, 0);
-    ASSERT_EQ(::write(file, "deep", 4), 4);
-    ::close(file);
-    ::close(dir);
+    // 300 levels of 20-byte names: about 6,300 bytes, beyond PATH_MAX.
+    ASSERT_TRUE(makeDeepTree(home.makeDir("Documents"), 300, "deep"));
 
     ScanResult result = scan({.roots = {home.path("Documents")}});
     ASSERT_EQ(result.files.size(), 1u);

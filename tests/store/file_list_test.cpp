@@ -1,6 +1,8 @@
 // visible(): each page's base list, the signal, search and type filters, and the name order.
 #include "store/file_list.h"
 
+#include "tests/support/store/list_entries.h"
+
 #include <gtest/gtest.h>
 
 namespace quorrin::store {
@@ -10,23 +12,12 @@ using Engine::Entry;
 using platform::Instant;
 using std::chrono::seconds;
 
-const Instant now(seconds(1'800'000'000));
+const Instant now = quorrin::testing::listNow;
+using quorrin::testing::urlsOf;
 
 Entry entry(const std::string& path, std::string_view category = "04 Documents",
             const std::string& root = "/h/Documents") {
-    return Entry{.url = path,
-                 .size = 10,
-                 .modified = now - seconds(100),
-                 .lastUsed = now - seconds(100),
-                 .category = category,
-                 .root = root};
-}
-
-std::vector<std::string> names(const std::vector<Entry>& entries) {
-    std::vector<std::string> result;
-    for (const Entry& e : entries)
-        result.push_back(e.url);
-    return result;
+    return quorrin::testing::listEntry(path, category, root);
 }
 
 class FileList : public ::testing::Test {
@@ -37,7 +28,7 @@ protected:
     Engine::Calendar calendar{"UTC"};
 
     std::vector<std::string> show(const ListView& view) {
-        return names(visible(ListSource{files, olderFiles, kept, 4}, view, now, calendar));
+        return urlsOf(visible(ListSource{files, olderFiles, kept, 4}, view, now, calendar));
     }
 };
 

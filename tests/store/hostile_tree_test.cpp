@@ -104,20 +104,7 @@ TEST_F(HostileTree, NamesThatAreNotUtf8StayAndTheirDuplicatesAreStillCleared) {
 }
 
 TEST_F(HostileTree, ATreeDeeperThanPathMaxIsLeftAsItIs) {
-    int dir = ::open(downloads.c_str(), O_RDONLY | O_DIRECTORY);
-    ASSERT_GE(dir, 0);
-    for (int level = 0; level < 300; ++level) {
-        const char* name = "level-of-the-tree-20";
-        ASSERT_EQ(::mkdirat(dir, name, 0700), 0);
-        int next = ::openat(dir, name, O_RDONLY | O_DIRECTORY);
-        ::close(dir);
-        ASSERT_GE(next, 0);
-        dir = next;
-    }
-    int file = ::openat(dir, "bottom.txt", O_CREAT | O_WRONLY, 0600);
-    ASSERT_EQ(::write(file, "deep", 4), 4);
-    ::close(file);
-    ::close(dir);
+    ASSERT_TRUE(quorrin::testing::makeDeepTree(downloads, 300, "deep"));
     f.home.writeFile("Downloads/deep-twin.txt", "deep");
     f.home.writeFile("Downloads/a.mp3", "a");
     auto placements = startAndUndo();

@@ -3,6 +3,7 @@
 #include "store/list_index.h"
 
 #include "store/file_list.h"
+#include "tests/support/store/list_entries.h"
 
 #include <gtest/gtest.h>
 
@@ -13,22 +14,11 @@ using Engine::Entry;
 using platform::Instant;
 using std::chrono::seconds;
 
-const Instant now(seconds(1'800'000'000));
+const Instant now = quorrin::testing::listNow;
+using quorrin::testing::urlsOf;
 
 Entry entry(const std::string& path, std::string_view category = "04 Documents") {
-    return Entry{.url = path,
-                 .size = 10,
-                 .modified = now - seconds(100),
-                 .lastUsed = now - seconds(100),
-                 .category = category,
-                 .root = "/h/Documents"};
-}
-
-std::vector<std::string> urls(const std::vector<Entry>& entries) {
-    std::vector<std::string> result;
-    for (const Entry& e : entries)
-        result.push_back(e.url);
-    return result;
+    return quorrin::testing::listEntry(path, category);
 }
 
 class ListIndexTest : public ::testing::Test {
@@ -40,10 +30,10 @@ protected:
     ListIndex index;
 
     std::vector<std::string> withIndex(const ListView& view) {
-        return urls(visible(ListSource{files, olderFiles, kept, 4}, view, now, calendar, index));
+        return urlsOf(visible(ListSource{files, olderFiles, kept, 4}, view, now, calendar, index));
     }
     std::vector<std::string> afresh(const ListView& view) {
-        return urls(visible(ListSource{files, olderFiles, kept, 4}, view, now, calendar));
+        return urlsOf(visible(ListSource{files, olderFiles, kept, 4}, view, now, calendar));
     }
     // Every query of a list of views gives with the kept index what a fresh index gives.
     void expectSameLists() {

@@ -119,6 +119,26 @@ bool existsNoFollow(const std::string& path) {
     return ::lstat(path.c_str(), &info) == 0;
 }
 
+bool makeDeepTree(const std::string& folder, int levels, const std::string& content) {
+    int dir = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY);
+    for (int level = 0; level < levels && dir >= 0; ++level) {
+        const char* name = "level-of-the-tree-20";
+        int next =
+            ::mkdirat(dir, name, 0700) == 0 ? ::openat(dir, name, O_RDONLY | O_DIRECTORY) : -1;
+        ::close(dir);
+        dir = next;
+    }
+    if (dir < 0)
+        return false;
+    int file = ::openat(dir, "bottom.txt", O_CREAT | O_WRONLY, 0600);
+    ::close(dir);
+    if (file < 0)
+        return false;
+    const bool written =
+        ::write(file, content.data(), content.size()) == static_cast<ssize_t>(content.size());
+    return ::close(file) == 0 && written;
+}
+
 void removeTree(const std::string& path) {
     std::error_code error;
     if (!fs::exists(fs::symlink_status(path, error)))

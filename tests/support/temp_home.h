@@ -49,6 +49,10 @@ std::vector<std::string> linesOf(const std::string& text);
 void writeFileAt(const std::string& path, const std::string& content);
 void setModified(const std::string& path, std::int64_t seconds, std::uint32_t nanoseconds = 0);
 bool existsNoFollow(const std::string& path);
+// Makes `levels` nested folders named "level-of-the-tree-20" below `folder`, through descriptors
+// so that the path may grow past PATH_MAX, and the file "bottom.txt" holding `content` in the
+// deepest one; false when any step failed.
+bool makeDeepTree(const std::string& folder, int levels, const std::string& content);
 // Removes a tree, making unreadable folders readable first.
 void removeTree(const std::string& path);
 // Runs a program without a shell; returns its exit status and fills `output` with its stdout.
