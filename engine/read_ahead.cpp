@@ -11,11 +11,7 @@ constexpr std::size_t maximumEntriesAhead = 1 << 16;
 }  // namespace
 
 ReadAhead::ReadAhead(unsigned threads, bool checkProjects, platform::Platform& platform)
-    : checkProjects_(checkProjects), platform_(platform) {
-    workers_.reserve(threads);
-    for (unsigned i = 0; i < threads; ++i)
-        workers_.emplace_back([this] { work(); });
-}
+    : threads_(threads), checkProjects_(checkProjects), platform_(platform) {}
 
 ReadAhead::~ReadAhead() {
     {
@@ -40,8 +36,16 @@ void ReadAhead::queueSubfolders(FolderRead& folder) {
         jobs.push_back(std::move(job));
     }
     folder.directory.reset();
-    if (workers_.empty() || jobs.empty())
+    if (threads_ == 0 || jobs.empty())
         return;
+    // The workers start with the first subfolder to read, so that a scan of folders without
+    // subfolders starts none. Only the walk's thread can get here before they have started.
+    if (!started_) {
+        started_ = true;
+        workers_.reserve(threads_);
+        for (unsigned i = 0; i < threads_; ++i)
+            workers_.emplace_back([this] { work(); });
+    }
     {
         std::lock_guard lock(mutex_);
         // The first subfolder on top: the walk enters it first.

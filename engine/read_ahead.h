@@ -48,6 +48,7 @@ private:
     void work();
     FolderRead read(ReadJob& job);
 
+    const unsigned threads_;
     const bool checkProjects_;
     platform::Platform& platform_;
     std::mutex mutex_;
@@ -57,7 +58,9 @@ private:
     std::vector<std::shared_ptr<ReadJob>> stack_;
     std::size_t entriesNotTaken_ = 0;
     bool stopping_ = false;
-    std::vector<std::thread> workers_;  // touched by the walk's thread only
+    // Set and filled by the walk's thread, before any worker runs.
+    bool started_ = false;
+    std::vector<std::thread> workers_;
 };
 
 // How many workers read ahead by default: the machine's hardware threads, at least two and at
