@@ -87,7 +87,9 @@ TEST(Duplicates, EqualSamplesButDifferentMiddlesAreNotDuplicates) {
 TEST(Duplicates, DifferentSamplesAreNeverReadInFull) {
     TempHome home;
     home.writeFile("Documents/one.bin", std::string(100'000, 'x'));
-    home.writeFile("Documents/two.bin", std::string(99'999, 'x') + "y");
+    std::string two(99'999, 'x');
+    two += 'y';
+    home.writeFile("Documents/two.bin", two);
     std::vector<std::string> progress;
     FaultPlatform platform;
     ScanResult result = scanForDuplicates({home.path("Documents")}, platform, &progress);
