@@ -12,14 +12,20 @@ std::string nameOf(const Entry& entry) {
     return std::string(lastComponent(entry.url));
 }
 
-// Size groups of two or more non-empty files, each in list order, in the order of their first
+// Whether an entry takes part at all: empty files are never duplicates, and a download in progress
+// is not yet the file it will be.
+bool compared(const Entry& entry) {
+    return entry.size >= 1 && !entry.downloading;
+}
+
+// Size groups of two or more compared files, each in list order, in the order of their first
 // members, so that notes arrive in a repeatable order.
 std::vector<std::vector<std::size_t>> sizeGroups(const std::vector<Entry>& entries) {
     std::unordered_map<std::int64_t, std::size_t> groupOfSize;
     std::vector<std::vector<std::size_t>> groups;
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        if (entries[i].size < 1)
-            continue;  // empty files are never duplicates
+        if (!compared(entries[i]))
+            continue;
         auto [found, inserted] = groupOfSize.emplace(entries[i].size, groups.size());
         if (inserted)
             groups.emplace_back();
@@ -51,9 +57,9 @@ void DuplicateAnalysis::add(const std::vector<Entry>& entries, std::size_t posit
                             FileIdentity identity) {
     sampleJob_.push_back(notSampled);
     identities_.push_back(identity);
-    const std::int64_t size = entries[position].size;
-    if (size < 1)
+    if (!compared(entries[position]))
         return;
+    const std::int64_t size = entries[position].size;
     // A file is sampled as soon as a second file of its size turns up: by the end of the walk
     // every member of every size group of two or more has been queued.
     auto [found, inserted] = firstOfSize_.emplace(size, position);

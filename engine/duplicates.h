@@ -23,9 +23,9 @@ struct FileIdentity {
 
 // Compares files by size, then by sample digest, then by full SHA-256, and sets `duplicateOf` of
 // every copy to the path of the retained one: among identical files, the one whose path sorts
-// first among those that could be read. Empty files are never duplicates; the same file under two
-// paths is not a copy of itself. Failures become notes ("Could not sample …", "Could not
-// compare …").
+// first among those that could be read. Empty files and downloads in progress are never compared;
+// the same file under two paths is not a copy of itself. Failures become notes ("Could not sample
+// …", "Could not compare …").
 //
 // The scanner feeds each entry in as the walk lists it, so that files are read and hashed on
 // worker threads while the walk goes on; finish() then walks the size groups (in the order of

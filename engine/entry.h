@@ -26,6 +26,9 @@ struct Entry {
     SharedPath root;  // the connected folder the file was found under, exactly as passed in
     std::optional<std::string> issue;
     std::optional<std::string> duplicateOf;
+    // A download in progress (a browser's temporary file, or the placeholder beside it): never
+    // moved, trashed, given a health finding or compared for duplicates.
+    bool downloading = false;
 
     // Entries are identified by their path: two entries with one path are the same item.
     const std::string& id() const { return url; }

@@ -1,6 +1,7 @@
 #include "engine/scanner.h"
 
 #include "engine/category.h"
+#include "engine/download_in_progress.h"
 #include "engine/duplicates.h"
 #include "engine/folder_rules.h"
 #include "engine/health.h"
@@ -116,7 +117,8 @@ private:
             return enter(parent, child);
         if (*type != FileType::regular)
             return std::nullopt;  // devices, sockets, FIFOs
-        addFile(appendComponent(parent.path, name), **folder.infos[child], root);
+        addFile(appendComponent(parent.path, name), **folder.infos[child], root,
+                downloadInProgress(name, folder.names));
         return std::nullopt;
     }
 
@@ -137,7 +139,7 @@ private:
         return Frame{.folder = std::move(folder), .path = appendComponent(parent.path, name)};
     }
 
-    void addFile(std::string path, const FileInfo& info, const SharedPath& root) {
+    void addFile(std::string path, const FileInfo& info, const SharedPath& root, bool downloading) {
         // Overlapping roots: the first root that reaches a file owns it.
         if (rootOverlaps_ && !taken_.insert(path).second)
             return;
@@ -148,12 +150,15 @@ private:
                     .lastUsed = info.modified,
                     .created = info.created,
                     .category = fileCategory,
-                    .root = root};
+                    .root = root,
+                    .downloading = downloading};
         if (request_.readUsageDates) {
             if (auto used = usage_.find(entry.url); used != usage_.end())
                 entry.lastUsed = used->second;
         }
-        if (request_.inspect)
+        // A download in progress is unfinished by nature: an empty placeholder is not an empty
+        // file.
+        if (request_.inspect && !downloading)
             entry.issue =
                 healthIssue(entry.url, lowercase(pathExtension(entry.url)), entry.size, platform_);
         result_.files.push_back(std::move(entry));

@@ -1,5 +1,6 @@
 #include "store/arrangement.h"
 
+#include "engine/download_in_progress.h"
 #include "engine/errors.h"
 #include "engine/file_actions.h"
 #include "engine/paths.h"
@@ -77,6 +78,8 @@ public:
                 continue;
             if (!looseInRoot(file) && !inOrdinaryCategoryFolder(file))
                 continue;
+            if (skipDownload(file))
+                continue;
             if (!inRealFolder(file)) {
                 result_.messages.push_back("Kept " + nameOf(file) + ": " +
                                            Engine::categoryDestinationError().description);
@@ -92,16 +95,27 @@ public:
 
     void arrangeFiles() {
         for (const Entry& file : request_.files) {
-            if (result_.trashed.contains(file.id()) || request_.kept.contains(file.id()))
+            if (result_.trashed.contains(file.id()) || request_.kept.contains(file.id()) ||
+                downloadsSkipped_.contains(file.id()))
                 continue;
             bool toMove = looseInRoot(file) || (file.category == Engine::projectsCategory &&
                                                 inOrdinaryCategoryFolder(file));
-            if (toMove)
+            if (toMove && !skipDownload(file))
                 moveFile(file);
         }
     }
 
 private:
+    // A download in progress, as the scan saw it or as the disk shows it now, is left where the
+    // browser writes it: moving it (or its placeholder) would break the browser's final rename.
+    bool skipDownload(const Entry& file) {
+        if (!file.downloading && !Engine::downloadInProgress(file.url, platform_))
+            return false;
+        downloadsSkipped_.insert(file.id());
+        result_.messages.push_back("Download in progress skipped: " + nameOf(file));
+        return true;
+    }
+
     void moveFile(const Entry& file) {
         const std::string name = nameOf(file);
         if (!Engine::unchanged(file, platform_)) {
@@ -185,6 +199,7 @@ private:
     HistoryWriter& writer_;
     ArrangementResult& result_;
     std::optional<Error> historyUnreadable_;
+    std::unordered_set<std::string> downloadsSkipped_;
 };
 
 }  // namespace

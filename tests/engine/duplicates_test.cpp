@@ -88,7 +88,7 @@ TEST(Duplicates, DifferentSamplesAreNeverReadInFull) {
     TempHome home;
     home.writeFile("Documents/one.bin", std::string(100'000, 'x'));
     std::string two(99'999, 'x');
-    two.push_back('y');
+    two += 'y';
     home.writeFile("Documents/two.bin", two);
     std::vector<std::string> progress;
     FaultPlatform platform;
