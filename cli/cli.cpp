@@ -1,5 +1,7 @@
+// The quorrin-cli commands: each reads its words, runs one Store operation and prints the result.
 #include "cli/cli.h"
 
+#include "cli/arguments.h"
 #include "cli/json_listing.h"
 #include "cli/session.h"
 #include "cli/usage.h"
@@ -20,111 +22,23 @@ namespace {
 
 using Engine::Entry;
 
-// A usage error: the message and the command whose help follows it.
-struct UsageError {
-    std::string message;
-    std::string command;
-};
-
-// The words of one command: options (with their values) and the remaining operands. Every word
-// after "--" is an operand, so that a file named "-x" or "--help" can be given.
-class Words {
-public:
-    Words(std::vector<std::string> words, std::string command) : command_(std::move(command)) {
-        auto end = std::find(words.begin(), words.end(), std::string("--"));
-        if (end != words.end())
-            literal_.assign(end + 1, words.end());
-        words_.assign(words.begin(), end);
-    }
-
-    bool flag(const std::string& name) {
-        auto found = std::find(words_.begin(), words_.end(), name);
-        if (found == words_.end())
-            return false;
-        words_.erase(found);
-        return true;
-    }
-    std::optional<std::string> value(const std::string& name) {
-        auto found = std::find(words_.begin(), words_.end(), name);
-        if (found == words_.end())
-            return std::nullopt;
-        if (found + 1 == words_.end())
-            throw UsageError{name + " needs a value", command_};
-        std::string value = *(found + 1);
-        words_.erase(found, found + 2);
-        return value;
-    }
-    // What is left once the options are taken: operands. An unknown option is a usage error.
-    std::vector<std::string> operands() {
-        for (const std::string& word : words_)
-            if (word.size() > 1 && word.front() == '-')
-                throw UsageError{"unknown option " + word, command_};
-        std::vector<std::string> all = words_;
-        all.insert(all.end(), literal_.begin(), literal_.end());
-        return all;
-    }
-    void noOperands() {
-        if (auto rest = operands(); !rest.empty())
-            throw UsageError{"unexpected argument " + rest.front(), command_};
-    }
-
-private:
-    std::vector<std::string> words_;    // before "--": options and operands
-    std::vector<std::string> literal_;  // after "--": operands only
-    std::string command_;
-};
-
 std::string absolute(const std::string& path) {
     if (!path.empty() && path.front() == '/')
         return Engine::standardise(path);
     return Engine::standardise(std::filesystem::current_path().string() + "/" + path);
 }
 
-std::int64_t wholeNumber(const std::string& text, const std::string& option,
-                         const std::string& command, std::int64_t low, std::int64_t high) {
-    std::size_t used = 0;
-    long long number = 0;
-    try {
-        number = std::stoll(text, &used);
-    } catch (...) {
-        used = 0;
-    }
-    if (used == 0 || used != text.size() || number < low || number > high)
-        throw UsageError{option + " takes a whole number from " + std::to_string(low) + " to " +
-                             std::to_string(high),
-                         command};
-    return number;
-}
-
-// A day given as YYYY-MM-DD, as the instant of noon that day in local time.
-platform::Instant localDay(const std::string& text, const std::string& option,
-                           const std::string& command) {
-    int year = 0, month = 0, day = 0;
-    char tail = 0;
-    if (text.size() != 10 ||
-        std::sscanf(text.c_str(), "%4d-%2d-%2d%c", &year, &month, &day, &tail) != 3)
-        throw UsageError{option + " takes a day as YYYY-MM-DD", command};
-    std::tm fields{};
-    fields.tm_year = year - 1900;
-    fields.tm_mon = month - 1;
-    fields.tm_mday = day;
-    fields.tm_hour = 12;
-    fields.tm_isdst = -1;
-    std::tm normalised = fields;
-    std::time_t seconds = std::mktime(&normalised);
-    if (seconds == -1 || normalised.tm_mday != day || normalised.tm_mon != month - 1)
-        throw UsageError{text + " is not a day of the calendar", command};
-    return platform::Instant(std::chrono::seconds(seconds));
-}
+// What a command gives back: its exit status, or the usage error that kept it from running.
+using Status = Parsed<int>;
 
 class Runner {
 public:
     Runner(const CliContext& context, std::ostream& out, std::ostream& err)
         : context_(context), out_(out), err_(err) {}
 
-    int run(std::vector<std::string> arguments) {
+    Status run(std::vector<std::string> arguments) {
         if (arguments.empty())
-            throw UsageError{"a command is needed", ""};
+            return UsageError{"a command is needed", ""};
         const std::string command = arguments.front();
         Words words({arguments.begin() + 1, arguments.end()}, command);
         if (command == "--help" || command == "help") {
@@ -134,7 +48,7 @@ public:
         static const std::set<std::string> known = {"folders", "scan",  "start", "undo",   "keep",
                                                     "unkeep",  "clear", "older", "review", "list"};
         if (!known.contains(command))
-            throw UsageError{"unknown command " + command, ""};
+            return UsageError{"unknown command " + command, ""};
         if (words.flag("--help") || words.flag("-h")) {
             out_ << usageText(command);
             return 0;
@@ -167,14 +81,12 @@ private:
     store::Store& store() { return session().store(); }
 
     // Action commands print every line the operation logged, oldest first, to standard output.
+    // The command could not run at all when another Quorrin held the undo history.
     int reportAction() {
         session().finish();
-        bool couldNotRun = false;
-        for (const std::string& line : session().takeNewLines()) {
+        for (const std::string& line : session().takeNewLines())
             out_ << line << '\n';
-            couldNotRun = couldNotRun || line == store::lockBusyMessage;
-        }
-        return couldNotRun ? 1 : 0;
+        return store().refusedByHistoryLock() ? 1 : 0;
     }
 
     // Listing commands print the files to standard output and the scan's lines to standard error.
@@ -190,10 +102,12 @@ private:
         return 0;
     }
 
-    int folders(Words& words) {
+    Status folders(Words& words) {
         const bool json = words.flag("--json");
-        std::vector<std::string> operands = words.operands();
-        if (operands.empty()) {
+        auto operands = words.operands();
+        if (!operands)
+            return operands.error();
+        if (operands->empty()) {
             const auto& roots = store().roots();
             if (json)
                 out_ << jsonStrings(roots) << '\n';
@@ -202,12 +116,11 @@ private:
                     out_ << root << '\n';
             return 0;
         }
-        const std::string sub = operands.front();
-        std::vector<std::string> paths(operands.begin() + 1, operands.end());
+        const std::string sub = operands->front();
+        std::vector<std::string> paths(operands->begin() + 1, operands->end());
         if ((sub != "add" && sub != "remove") || paths.empty())
-            throw UsageError{sub == "add" || sub == "remove" ? sub + " needs at least one PATH"
-                                                             : "unknown subcommand " + sub,
-                             "folders"};
+            return words.error(sub == "add" || sub == "remove" ? sub + " needs at least one PATH"
+                                                               : "unknown subcommand " + sub);
         for (std::string& path : paths)
             path = absolute(path);
         if (sub == "add")
@@ -217,36 +130,41 @@ private:
         return reportAction();
     }
 
-    int scan(Words& words) {
+    Status scan(Words& words) {
         store::ScanChoice choice{.duplicates = words.flag("--duplicates"),
                                  .health = words.flag("--health"),
                                  .usageDates = words.flag("--usage")};
-        words.noOperands();
+        if (auto wrong = words.noOperands())
+            return *wrong;
         if (int(choice.duplicates) + int(choice.health) + int(choice.usageDates) > 1)
-            throw UsageError{"choose one of --duplicates, --health and --usage", "scan"};
+            return words.error("choose one of --duplicates, --health and --usage");
         store().scan(choice);
         return reportAction();
     }
 
-    int start(Words& words) {
+    Status start(Words& words) {
         const bool keepDuplicates = words.flag("--keep-duplicates");
-        words.noOperands();
+        if (auto wrong = words.noOperands())
+            return *wrong;
         store().setAutoDuplicates(!keepDuplicates);
         store().scan({.organize = true});
         return reportAction();
     }
 
-    int undo(Words& words) {
-        words.noOperands();
+    Status undo(Words& words) {
+        if (auto wrong = words.noOperands())
+            return *wrong;
         store().undo();
         return reportAction();
     }
 
-    int keep(Words& words, bool keeping) {
-        std::vector<std::string> paths = words.operands();
-        if (paths.empty())
-            throw UsageError{"at least one PATH is needed", keeping ? "keep" : "unkeep"};
-        for (const std::string& given : paths) {
+    Status keep(Words& words, bool keeping) {
+        auto paths = words.operands();
+        if (!paths)
+            return paths.error();
+        if (paths->empty())
+            return words.error("at least one PATH is needed");
+        for (const std::string& given : *paths) {
             const std::string path = absolute(given);
             Entry entry{.url = path};
             if (keeping) {
@@ -263,15 +181,17 @@ private:
         return reportAction();
     }
 
-    int clear(Words& words) {
+    Status clear(Words& words) {
         const bool duplicates = words.flag("--duplicates");
-        std::vector<std::string> paths = words.operands();
-        if (paths.empty())
-            throw UsageError{"at least one PATH is needed", "clear"};
+        auto paths = words.operands();
+        if (!paths)
+            return paths.error();
+        if (paths->empty())
+            return words.error("at least one PATH is needed");
         store().scan({.duplicates = duplicates});
         session().finish();
         std::vector<Entry> chosen;
-        for (const std::string& given : paths) {
+        for (const std::string& given : *paths) {
             const std::string path = absolute(given);
             auto found = std::find_if(store().files().begin(), store().files().end(),
                                       [&](const Entry& e) { return e.id() == path; });
@@ -284,40 +204,58 @@ private:
         return reportAction();
     }
 
-    int older(Words& words) {
+    Status older(Words& words) {
         const bool json = words.flag("--json");
         Engine::OlderQuery query{.months = 24,
                                  .mode = Engine::OlderMatch::older,
                                  .basis = Engine::FileDateBasis::created};
-        if (auto basis = words.value("--basis")) {
-            if (*basis == "created")
+        auto basis = words.value("--basis");
+        if (!basis)
+            return basis.error();
+        if (*basis) {
+            if (**basis == "created")
                 query.basis = Engine::FileDateBasis::created;
-            else if (*basis == "modified")
+            else if (**basis == "modified")
                 query.basis = Engine::FileDateBasis::modified;
             else
-                throw UsageError{"--basis takes created or modified", "older"};
+                return words.error("--basis takes created or modified");
         }
-        auto olderThan = words.value("--older-than");
-        auto during = words.value("--during");
-        auto from = words.value("--from");
-        auto through = words.value("--through");
-        words.noOperands();
+        std::optional<std::string> olderThan, during, from, through;
+        for (auto [name, value] :
+             {std::pair{"--older-than", &olderThan}, std::pair{"--during", &during},
+              std::pair{"--from", &from}, std::pair{"--through", &through}}) {
+            auto given = words.value(name);
+            if (!given)
+                return given.error();
+            *value = *given;
+        }
+        if (auto wrong = words.noOperands())
+            return *wrong;
         const int modes = int(olderThan.has_value()) + int(during.has_value()) +
                           int(from.has_value() || through.has_value());
         if (modes > 1)
-            throw UsageError{"choose one of --older-than, --during and --from/--through", "older"};
-        if (olderThan)
-            query.months = wholeNumber(*olderThan, "--older-than", "older", 0, 100000);
-        if (during) {
-            query.mode = Engine::OlderMatch::around;
-            query.months = wholeNumber(*during, "--during", "older", 0, 100000);
+            return words.error("choose one of --older-than, --during and --from/--through");
+        if (olderThan || during) {
+            const char* option = olderThan ? "--older-than" : "--during";
+            auto months = wholeNumber(olderThan ? *olderThan : *during, option, "older", 0, 100000);
+            if (!months)
+                return months.error();
+            query.months = *months;
+            if (during)
+                query.mode = Engine::OlderMatch::around;
         }
         if (from || through) {
             if (!from || !through)
-                throw UsageError{"--from and --through go together", "older"};
+                return words.error("--from and --through go together");
+            auto first = localDay(*from, "--from", "older");
+            if (!first)
+                return first.error();
+            auto last = localDay(*through, "--through", "older");
+            if (!last)
+                return last.error();
             query.mode = Engine::OlderMatch::custom;
-            query.from = localDay(*from, "--from", "older");
-            query.through = localDay(*through, "--through", "older");
+            query.from = *first;
+            query.through = *last;
             if (query.from > query.through)
                 err_ << "From date must be before or equal to Through date.\n";
         }
@@ -327,13 +265,20 @@ private:
                              json);
     }
 
-    int review(Words& words) {
+    Status review(Words& words) {
         const bool json = words.flag("--json");
         const bool done = words.flag("--done");
         auto weeks = words.value("--weeks");
-        words.noOperands();
-        if (weeks)
-            store().setWeeks(wholeNumber(*weeks, "--weeks", "review", 1, 52));
+        if (!weeks)
+            return weeks.error();
+        if (auto wrong = words.noOperands())
+            return *wrong;
+        if (*weeks) {
+            auto number = wholeNumber(**weeks, "--weeks", "review", 1, 52);
+            if (!number)
+                return number.error();
+            store().setWeeks(*number);
+        }
         if (done) {
             store().markReviewDone();
             return reportAction();
@@ -343,7 +288,7 @@ private:
         return reportListing(visibleOn({.page = store::Page::downloadsReview}), json);
     }
 
-    int list(Words& words) {
+    Status list(Words& words) {
         const bool json = words.flag("--json");
         store::ListView view;
         static const std::map<std::string, store::Page> pages = {
@@ -352,19 +297,40 @@ private:
             {"review", store::Page::downloadsReview},
             {"health", store::Page::fileHealth},
             {"kept", store::Page::keptFiles}};
-        if (auto page = words.value("--page")) {
-            auto found = pages.find(*page);
+        auto page = words.value("--page");
+        if (!page)
+            return page.error();
+        if (*page) {
+            auto found = pages.find(**page);
             if (found == pages.end())
-                throw UsageError{"--page takes all, duplicates, review, health or kept", "list"};
+                return words.error("--page takes all, duplicates, review, health or kept");
             view.page = found->second;
         }
-        if (auto search = words.value("--search"))
-            view.query = *search;
-        if (auto type = words.value("--type"))
-            view.filter = typeValue(*type);
-        if (auto signal = words.value("--signal"))
-            view.issueFilter = signalValue(*signal);
-        words.noOperands();
+        auto search = words.value("--search");
+        if (!search)
+            return search.error();
+        if (*search)
+            view.query = **search;
+        auto type = words.value("--type");
+        if (!type)
+            return type.error();
+        if (*type) {
+            auto value = typeValue(**type);
+            if (!value)
+                return words.error("--type takes a category such as \"02 Images\" or Images");
+            view.filter = *value;
+        }
+        auto signal = words.value("--signal");
+        if (!signal)
+            return signal.error();
+        if (*signal) {
+            auto value = signalValue(**signal);
+            if (!value)
+                return words.error("--signal takes Unreadable, Empty or Executable");
+            view.issueFilter = *value;
+        }
+        if (auto wrong = words.noOperands())
+            return *wrong;
         store().scan({.duplicates = view.page == store::Page::duplicates,
                       .health = view.page == store::Page::fileHealth,
                       .usageDates = view.page == store::Page::downloadsReview});
@@ -372,18 +338,18 @@ private:
         return reportListing(visibleOn(view), json);
     }
 
-    static std::string typeValue(const std::string& given) {
+    static std::optional<std::string> typeValue(const std::string& given) {
         for (const store::TypeOption& option : store::typeOptions())
             if (given == option.value || given == option.label)
                 return option.value;
-        throw UsageError{"--type takes a category such as \"02 Images\" or Images", "list"};
+        return std::nullopt;
     }
 
-    static std::string signalValue(const std::string& given) {
+    static std::optional<std::string> signalValue(const std::string& given) {
         for (const store::SignalOption& option : store::signalOptions())
             if (given == option.value || given == option.label)
                 return option.value;
-        throw UsageError{"--signal takes Unreadable, Empty or Executable", "list"};
+        return std::nullopt;
     }
 
     std::vector<Entry> visibleOn(const store::ListView& view) {
@@ -402,12 +368,11 @@ private:
 
 int runCli(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
            const CliContext& context) {
-    try {
-        return Runner(context, out, err).run(arguments);
-    } catch (const UsageError& usage) {
-        err << "quorrin-cli: " << usage.message << "\n\n" << usageText(usage.command);
-        return 2;
-    }
+    Status status = Runner(context, out, err).run(arguments);
+    if (status)
+        return *status;
+    err << "quorrin-cli: " << status.error().message << "\n\n" << usageText(status.error().command);
+    return 2;
 }
 
 }  // namespace quorrin::cli

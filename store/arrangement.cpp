@@ -221,6 +221,7 @@ ArrangementResult arrange(const ArrangementRequest& request, platform::Platform&
     auto lock = HistoryLock::acquire(request.historyPath, historyLockWait, platform);
     if (!lock) {
         result.lockError = lock.error().description;
+        result.lockBusy = lock.error().isErrno(EWOULDBLOCK);
         return result;
     }
     // Start from the history as it is on disk now: another process may have added to it.

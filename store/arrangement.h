@@ -24,6 +24,7 @@ struct ArrangementResult {
     // Set, to the text the user reads, when the history lock could not be taken (another process
     // holds it, or the system refused it): then nothing was changed at all.
     std::optional<std::string> lockError;
+    bool lockBusy = false;  // the lock error is another Quorrin holding the lock
     // The history as it stood when the run began (read under the lock), then this run's moves.
     std::vector<Engine::MoveRecord> history;
     std::vector<Engine::MoveRecord> newMoves;  // in the order performed

@@ -75,6 +75,10 @@ public:
     bool healthChecked() const { return healthChecked_; }
     const std::vector<MoveRecord>& moves() const { return moves_; }
 
+    // Whether an operation of this Store was refused because another Quorrin held the undo
+    // history's lock; a front end that runs one command turns it into its exit status.
+    bool refusedByHistoryLock() const { return refusedByHistoryLock_; }
+
     // The three properties the views write. setWeeks clamps to 1…52 and saves "weeks".
     void setWeeks(std::int64_t weeks);
     void setAutoDuplicates(bool on);
@@ -158,6 +162,7 @@ private:
     bool duplicatesChecked_ = false;
     bool healthChecked_ = false;
     std::vector<MoveRecord> moves_;
+    bool refusedByHistoryLock_ = false;
 };
 
 }  // namespace quorrin::store

@@ -48,6 +48,7 @@ void Store::undo() {
     setBusy(true);
     auto lock = HistoryLock::acquire(logPath_, historyLockWait, platform_);
     if (!lock) {
+        refusedByHistoryLock_ = refusedByHistoryLock_ || lock.error().isErrno(EWOULDBLOCK);
         log(lock.error().description);
         setBusy(false);
         return;

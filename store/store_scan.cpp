@@ -99,6 +99,7 @@ void Store::startArrangement(std::vector<std::string> notes) {
 
 void Store::finishArrangement(ArrangementResult outcome, std::vector<std::string> notes) {
     if (outcome.lockError) {
+        refusedByHistoryLock_ = refusedByHistoryLock_ || outcome.lockBusy;
         log(*outcome.lockError);
         setBusy(false);
         return;
