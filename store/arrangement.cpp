@@ -156,6 +156,7 @@ private:
             MoveRecord record{file.url, target};
             if (auto written = writer_.append(record); !written)
                 return written.error();
+            result_.historyRewritten = true;
             const std::string targetName(Engine::lastComponent(target));
             auto moved = platform_.moveNoReplaceInto(file.url, *folder, targetName);
             if (moved) {
@@ -228,7 +229,7 @@ ArrangementResult arrange(const ArrangementRequest& request, platform::Platform&
     auto history = HistoryFile(request.historyPath, platform).load();
     std::optional<Error> unreadable;
     if (history) {
-        result.history = std::move(*history);
+        result.history = withoutUndone(*history, request.undone);
     } else {
         unreadable = history.error();
         result.historyError = unreadable->description;
@@ -246,6 +247,8 @@ ArrangementResult arrange(const ArrangementRequest& request, platform::Platform&
     all.insert(all.end(), result.newMoves.begin(), result.newMoves.end());
     if (auto saved = HistoryFile(request.historyPath, platform).write(all); !saved)
         result.saveError = saved.error().description;
+    else
+        result.historyRewritten = true;
     return result;
 }
 

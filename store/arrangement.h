@@ -18,6 +18,9 @@ struct ArrangementRequest {
     bool autoDuplicates = true;
     std::set<std::string> kept;
     std::string historyPath;
+    // Records this process already put back while the history file still lists them (the undo
+    // could not save): dropped from the history read, so that they never come back.
+    std::vector<Engine::MoveRecord> undone;
 };
 
 struct ArrangementResult {
@@ -25,12 +28,14 @@ struct ArrangementResult {
     // holds it, or the system refused it): then nothing was changed at all.
     std::optional<std::string> lockError;
     bool lockBusy = false;  // the lock error is another Quorrin holding the lock
-    // The history as it stood when the run began (read under the lock), then this run's moves.
+    // The history as it stood when the run began (read under the lock, without `undone`).
     std::vector<Engine::MoveRecord> history;
     std::vector<Engine::MoveRecord> newMoves;  // in the order performed
     std::vector<std::string> messages;         // skipped and failed files, in the order met
     std::unordered_set<std::string> trashed;   // ids sent to the Trash
     std::optional<std::string> saveError;      // the final history write failed with this text
+    // Some write of the history in this run succeeded: the file no longer lists `undone`.
+    bool historyRewritten = false;
     // Set, to the system's text, when the history on disk could not be read: then no file was
     // moved (each is reported), the history file was left as it was, and `history` is empty.
     std::optional<std::string> historyError;

@@ -7,7 +7,9 @@
 #include "store/json_text.h"
 #include "store/locations.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <map>
 #include <nlohmann/json.hpp>
 
 namespace quorrin::store {
@@ -45,6 +47,27 @@ std::vector<MoveRecord> decodeHistory(std::string_view text) {
 
 HistoryFile::HistoryFile(std::string path, platform::Platform& platform)
     : path_(std::move(path)), platform_(platform) {}
+
+std::vector<MoveRecord> withoutUndone(const std::vector<MoveRecord>& records,
+                                      const std::vector<MoveRecord>& undone) {
+    if (undone.empty())
+        return records;
+    std::map<std::pair<std::string, std::string>, int> toDrop;
+    for (const MoveRecord& record : undone)
+        ++toDrop[{record.from, record.to}];
+    std::vector<MoveRecord> kept;
+    kept.reserve(records.size());
+    for (auto record = records.rbegin(); record != records.rend(); ++record) {
+        auto found = toDrop.find({record->from, record->to});
+        if (found != toDrop.end() && found->second > 0) {
+            --found->second;
+            continue;
+        }
+        kept.push_back(*record);
+    }
+    std::reverse(kept.begin(), kept.end());
+    return kept;
+}
 
 std::vector<MoveRecord> HistoryFile::read() const {
     auto records = load();

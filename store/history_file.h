@@ -24,6 +24,11 @@ std::string encodeHistory(const std::vector<MoveRecord>& records);
 // spoils the whole file, so no partial history is ever acted on).
 std::vector<MoveRecord> decodeHistory(std::string_view text);
 
+// `records` without the records of `undone`: each record of `undone` removes one equal record,
+// the latest first (the one an undo walking backwards puts back first).
+std::vector<MoveRecord> withoutUndone(const std::vector<MoveRecord>& records,
+                                      const std::vector<MoveRecord>& undone);
+
 class HistoryFile {
 public:
     explicit HistoryFile(std::string path, platform::Platform& platform = platform::system());

@@ -162,6 +162,9 @@ private:
     bool duplicatesChecked_ = false;
     bool healthChecked_ = false;
     std::vector<MoveRecord> moves_;
+    // Records this Store put back by undo while the history file, which could not be rewritten,
+    // still lists them. Whatever reads that file again drops them, until a write succeeds.
+    std::vector<MoveRecord> undoneUnsaved_;
     bool refusedByHistoryLock_ = false;
 };
 

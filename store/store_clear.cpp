@@ -62,7 +62,8 @@ void Store::undo() {
         setBusy(false);
         return;
     }
-    std::vector<MoveRecord> records = std::move(*loaded);
+    // What this Store already put back stays put back, even though the file still lists it.
+    std::vector<MoveRecord> records = withoutUndone(*loaded, undoneUnsaved_);
     if (records.empty())
         records = moves_;
 
@@ -77,6 +78,7 @@ void Store::undo() {
         return !folder || folder->type != platform::FileType::symlink;
     };
     int restored = 0;
+    std::vector<MoveRecord> putBack;
     std::vector<MoveRecord> remaining;
     for (auto record = records.rbegin(); record != records.rend(); ++record) {
         if (present(record->to) && !present(record->from) && !inRealFolder(record->to)) {
@@ -85,6 +87,7 @@ void Store::undo() {
         } else if (present(record->to) && !present(record->from)) {
             if (auto moved = platform_.moveNoReplace(record->to, record->from); moved) {
                 ++restored;
+                putBack.push_back(*record);
                 continue;
             } else {
                 remaining.push_back(*record);
@@ -97,7 +100,12 @@ void Store::undo() {
     std::reverse(remaining.begin(), remaining.end());
     moves_ = std::move(remaining);
     set(Property::moves);
-    (void)history.write(moves_);  // a failure leaves the old file; its records are re-checked
+    // Not reported: a failure leaves the old file, and the records put back are remembered so
+    // that reading it again (the next Start or undo) does not bring them back.
+    if (history.write(moves_))
+        undoneUnsaved_.clear();
+    else
+        undoneUnsaved_.insert(undoneUnsaved_.end(), putBack.begin(), putBack.end());
     files_.clear();
     set(Property::files);
     log("Restored " + std::to_string(restored) +

@@ -80,8 +80,11 @@ void Store::publishScan(std::vector<Entry> files, std::vector<std::string> notes
 
 void Store::startArrangement(std::vector<std::string> notes) {
     setStatus("Organizing your files…");
-    ArrangementRequest request{
-        .files = files_, .autoDuplicates = autoDuplicates_, .kept = kept_, .historyPath = logPath_};
+    ArrangementRequest request{.files = files_,
+                               .autoDuplicates = autoDuplicates_,
+                               .kept = kept_,
+                               .historyPath = logPath_,
+                               .undone = undoneUnsaved_};
     std::weak_ptr<Store*> weak = self_;
     Executor& executor = executor_;
     platform::Platform& platform = platform_;
@@ -104,6 +107,8 @@ void Store::finishArrangement(ArrangementResult outcome, std::vector<std::string
         setBusy(false);
         return;
     }
+    if (outcome.historyRewritten)
+        undoneUnsaved_.clear();
     if (!outcome.historyError) {
         moves_ = std::move(outcome.history);
         moves_.insert(moves_.end(), outcome.newMoves.begin(), outcome.newMoves.end());
