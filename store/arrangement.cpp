@@ -167,6 +167,7 @@ private:
                     (void)platform_.moveNoReplaceOutOf(*folder, targetName, file.url);
                     return Engine::categoryDestinationError();
                 }
+                writer_.confirm();
                 result_.newMoves.push_back(record);
                 return {};
             }
@@ -241,11 +242,9 @@ ArrangementResult arrange(const ArrangementRequest& request, platform::Platform&
     if (result.historyError)
         return result;  // rewriting the history would drop the records that could not be read
 
-    // The history written before each move also lists moves that then failed; the final write
-    // keeps only those that happened.
-    std::vector<MoveRecord> all = result.history;
-    all.insert(all.end(), result.newMoves.begin(), result.newMoves.end());
-    if (auto saved = HistoryFile(request.historyPath, platform).write(all); !saved)
+    // The history written before the last move attempted also lists that move, which may have
+    // failed: the final write lists exactly the moves that happened.
+    if (auto saved = HistoryFile(request.historyPath, platform).write(writer.records()); !saved)
         result.saveError = saved.error().description;
     else
         result.historyRewritten = true;

@@ -28,15 +28,31 @@ platform::Status HistoryWriter::append(const MoveRecord& record) {
     text_.resize(withoutClose);
     if (!records_.empty())
         text_ += ',';
-    text_ += encodeRecord(record);
+    std::string encoded = encodeRecord(record);
+    text_ += encoded;
     text_ += ']';
-    if (platform::Status written = file_.writeText(text_); !written) {
-        text_.resize(withoutClose);
-        text_ += ']';
-        return written;
+    platform::Status written = file_.writeText(text_);
+    // Until confirmed, the record is only in the file: the text stays that of records_.
+    text_.resize(withoutClose);
+    text_ += ']';
+    pending_.reset();
+    if (written) {
+        pending_ = record;
+        pendingText_ = std::move(encoded);
     }
-    records_.push_back(record);
-    return {};
+    return written;
+}
+
+void HistoryWriter::confirm() {
+    if (!pending_)
+        return;
+    text_.pop_back();
+    if (!records_.empty())
+        text_ += ',';
+    text_ += pendingText_;
+    text_ += ']';
+    records_.push_back(std::move(*pending_));
+    pending_.reset();
 }
 
 }  // namespace quorrin::store

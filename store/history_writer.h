@@ -3,6 +3,7 @@
 
 #include "store/history_file.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,12 +18,18 @@ public:
     HistoryWriter(std::string path, std::vector<MoveRecord> records,
                   platform::Platform& platform = platform::system());
 
-    // Writes the file with `record` after all the others, durably, and keeps the record only when
-    // the write succeeded; on failure the file keeps its old content and the caller must not make
-    // the move. Refused with invalidFileNameError(), writing nothing, when a path of `record` (or
-    // of a starting record) is not valid UTF-8.
+    // Writes the file with `record`, the move about to happen, after all the records kept, durably;
+    // on failure the file keeps its old content and the caller must not make the move. The record
+    // is kept only once confirm() says the move happened: the next append replaces a record that
+    // was never confirmed, so the file never lists a move that failed. Refused with
+    // invalidFileNameError(), writing nothing, when a path of `record` (or of a starting record)
+    // is not valid UTF-8.
     platform::Status append(const MoveRecord& record);
 
+    // The move of the last record written by append() happened: keep it.
+    void confirm();
+
+    // The starting records, then every confirmed one.
     const std::vector<MoveRecord>& records() const { return records_; }
 
 private:
@@ -30,6 +37,9 @@ private:
     std::vector<MoveRecord> records_;
     // The complete file text for records_, always ending in "]".
     std::string text_;
+    // The record last written by append() and not yet confirmed, and its encoded text.
+    std::optional<MoveRecord> pending_;
+    std::string pendingText_;
     // A starting record could not be encoded, so no complete history can be written.
     bool unencodable_ = false;
 };

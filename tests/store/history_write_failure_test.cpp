@@ -100,6 +100,29 @@ TEST_F(HistoryWriteFailure, AFailedFlushOfTheFolderPutsTheOldHistoryBack) {
               (std::vector<std::string>{"early.txt", "a.mp3", "c.mp3"}));
 }
 
+TEST_F(HistoryWriteFailure, AMoveThatFailedIsNotListedAheadOfTheNextOne) {
+    Store& store = f.open();
+    std::string aheadOfC;
+    f.platform.fault = [&](const std::string& op,
+                           const std::string& name) -> std::optional<platform::Error> {
+        if (op != "moveNoReplaceInto")
+            return std::nullopt;
+        if (name == "c.mp3")
+            aheadOfC = readFile(f.historyPath());  // written just before this move
+        // b.mp3 cannot move under any of the free names tried.
+        if (name.starts_with("b"))
+            return platform::Error::fromErrno(EEXIST);
+        return std::nullopt;
+    };
+    store.scan({.organize = true});
+    f.settle();
+    f.platform.fault = nullptr;
+    EXPECT_TRUE(existsNoFollow(downloads + "/b.mp3"));
+    EXPECT_EQ(records(aheadOfC), (std::vector<std::string>{"early.txt", "a.mp3", "c.mp3"}));
+    EXPECT_EQ(records(readFile(f.historyPath())),
+              (std::vector<std::string>{"early.txt", "a.mp3", "c.mp3"}));
+}
+
 TEST_F(HistoryWriteFailure, AFullDiskKeepsTheHistoryByteForByteAndMovesNothing) {
     f.home.writeFile("Downloads/d.mp3", "a");  // a duplicate of a.mp3: its record fails too
     const std::string before = readFile(f.historyPath());

@@ -1,4 +1,4 @@
-// The write-ahead history: each append writes the whole file once and keeps only what was written.
+// The write-ahead history: each append writes the whole file once; only confirmed moves are kept.
 #include "store/history_writer.h"
 
 #include "platform/linux_platform.h"
@@ -36,8 +36,10 @@ TEST(HistoryWriter, EachAppendWritesTheWholeHistoryInOneWrite) {
     ASSERT_TRUE(writer.append({"/a", "/b"}).ok());
     EXPECT_EQ(readFile(path), R"([{"from":"/earlier","to":"/Earlier"},{"from":"/a","to":"/b"}])");
     EXPECT_EQ(platform.calls["write"], 1);
+    writer.confirm();
 
     ASSERT_TRUE(writer.append({"/c", "/d"}).ok());
+    writer.confirm();
     EXPECT_EQ(readFile(path), R"([{"from":"/earlier","to":"/Earlier"},{"from":"/a","to":"/b"},)"
                               R"({"from":"/c","to":"/d"}])");
     EXPECT_EQ(platform.calls["write"], 2);
@@ -61,11 +63,13 @@ TEST(HistoryWriter, AFailedAppendKeepsNeitherTheRecordNorAnyTrace) {
     const std::string path = historyPath(platform);
     HistoryWriter writer(path, {}, platform);
     ASSERT_TRUE(writer.append({"/a", "/b"}).ok());
+    writer.confirm();
 
     platform.fault = FaultPlatform::failing("replaceFile", "last-organization.json", EIO);
     Status failed = writer.append({"/lost", "/never"});
     ASSERT_FALSE(failed.ok());
     EXPECT_TRUE(failed.error().isErrno(EIO));
+    writer.confirm();  // nothing was written: there is nothing to keep
     EXPECT_EQ(writer.records(), (std::vector<MoveRecord>{{"/a", "/b"}}));
     EXPECT_EQ(readFile(path), R"([{"from":"/a","to":"/b"}])");
 
@@ -74,12 +78,36 @@ TEST(HistoryWriter, AFailedAppendKeepsNeitherTheRecordNorAnyTrace) {
     EXPECT_EQ(readFile(path), R"([{"from":"/a","to":"/b"},{"from":"/c","to":"/d"}])");
 }
 
+TEST(HistoryWriter, AMoveThatDidNotHappenIsLeftOutOfTheNextWrite) {
+    TempHome home;
+    platform::LinuxPlatform platform;
+    const std::string path = historyPath(platform);
+    HistoryWriter writer(path, {{"/earlier", "/Earlier"}}, platform);
+    ASSERT_TRUE(writer.append({"/a", "/b"}).ok());
+    writer.confirm();
+    // Written ahead, then the move failed (three times, as the free-name retries do).
+    for (const char* to : {"/x", "/x (2)", "/x (3)"}) {
+        ASSERT_TRUE(writer.append({"/failed", to}).ok());
+        EXPECT_EQ(HistoryFile(path, platform).read().back(), (MoveRecord{"/failed", to}));
+    }
+    EXPECT_EQ(writer.records(), (std::vector<MoveRecord>{{"/earlier", "/Earlier"}, {"/a", "/b"}}));
+
+    ASSERT_TRUE(writer.append({"/c", "/d"}).ok());
+    EXPECT_EQ(readFile(path), R"([{"from":"/earlier","to":"/Earlier"},{"from":"/a","to":"/b"},)"
+                              R"({"from":"/c","to":"/d"}])");
+    writer.confirm();
+    writer.confirm();  // a second confirm keeps nothing more
+    EXPECT_EQ(writer.records(),
+              (std::vector<MoveRecord>{{"/earlier", "/Earlier"}, {"/a", "/b"}, {"/c", "/d"}}));
+}
+
 TEST(HistoryWriter, RefusesANameThatIsNotUtf8AndWritesNothing) {
     TempHome home;
     FaultPlatform platform;
     const std::string path = historyPath(platform);
     HistoryWriter writer(path, {}, platform);
     ASSERT_TRUE(writer.append({"/a", "/b"}).ok());
+    writer.confirm();
     const int writes = platform.calls["write"];
 
     Status refused = writer.append({"/x/\xff\xfe.txt", "/x/06 Other Files/\xff\xfe.txt"});
