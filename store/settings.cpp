@@ -45,6 +45,7 @@ std::optional<std::vector<std::string>> stringArray(const json& object, const ch
     return strings;
 }
 
+// A whole number; one beyond the 64-bit range reads as the largest value.
 std::optional<std::int64_t> integer(const json& object, const char* key) {
     auto found = object.find(key);
     if (found == object.end() || !found->is_number_integer())
@@ -52,7 +53,7 @@ std::optional<std::int64_t> integer(const json& object, const char* key) {
     if (found->is_number_unsigned() &&
         found->get<std::uint64_t>() >
             static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()))
-        return std::nullopt;
+        return std::numeric_limits<std::int64_t>::max();
     return found->get<std::int64_t>();
 }
 

@@ -32,8 +32,10 @@ Store::Store(Executor& executor, platform::Platform& platform, FolderChooser cho
     // A missing folder only means the history cannot be written later; that is reported then.
     (void)ensureFolder(std::string(Engine::parentOf(logPath_)), platform);
     moves_ = HistoryFile(logPath_, platform).read();
+    // A stored 0 (or none) means 4; anything else is held to the stepper's range, whatever a
+    // hand-edited file says: the stale threshold is computed from it.
     const std::int64_t storedWeeks = saved.weeks.value_or(0);
-    weeks_ = storedWeeks == 0 ? 4 : std::max<std::int64_t>(storedWeeks, 1);
+    weeks_ = storedWeeks == 0 ? 4 : std::clamp<std::int64_t>(storedWeeks, 1, 52);
 }
 
 Store::~Store() {

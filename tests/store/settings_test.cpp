@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <limits>
 #include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
@@ -161,10 +162,17 @@ INSTANTIATE_TEST_SUITE_P(
         std::pair{"roots", std::string(R"({"a":"/r"})")}, std::pair{"kept", std::string("null")},
         std::pair{"kept", std::string(R"([["/k"]])")}, std::pair{"weeks", std::string(R"("4")")},
         std::pair{"weeks", std::string("4.5")}, std::pair{"weeks", std::string("true")},
-        std::pair{"weeks", std::string("18446744073709551615")},
         std::pair{"lastReview", std::string("1795254525")},
         std::pair{"lastReview", std::string(R"("21/11/2026")")},
         std::pair{"lastReview", std::string(R"("2026-11-21T09:48:45.123+01:00")")}));
+
+TEST(Settings, AWholeNumberBeyondTheRangeReadsAsTheLargest) {
+    TempHome home;
+    platform::LinuxPlatform platform;
+    home.writeFile(".config/QUORRIN/settings.json", R"({"weeks":18446744073709551615})");
+    EXPECT_EQ(Settings(settingsPath(platform), platform).read().weeks,
+              std::numeric_limits<std::int64_t>::max());
+}
 
 TEST(Settings, MissingKeysAreAbsentAlone) {
     TempHome home;

@@ -38,6 +38,32 @@ TEST(StoreState, WeeksAreRestoredAndClamped) {
     }
 }
 
+TEST(StoreState, HandEditedWeeksAreHeldToTheStepperRange) {
+    const std::pair<std::string, int> cases[] = {{"53", 52},
+                                                 {"100000", 52},
+                                                 {"9223372036854775807", 52},
+                                                 {"18446744073709551615", 52},
+                                                 {"-9223372036854775808", 1},
+                                                 {"-1", 1},
+                                                 {"0", 4},
+                                                 {"52", 52}};
+    for (const auto& [stored, expected] : cases) {
+        StoreFixture f;
+        f.writeSettings(R"({"weeks":)" + stored + R"(,"roots":[")" + f.home.path("Downloads") +
+                        R"("]})");
+        // A file changed an hour ago is not stale, whatever the file says.
+        const std::int64_t nowSeconds = 1'800'000'000;
+        quorrin::testing::setModified(f.home.writeFile("Downloads/fresh.txt"), nowSeconds - 3600);
+        const platform::Instant now{std::chrono::seconds(nowSeconds)};
+        Store& store = f.open();
+        EXPECT_EQ(store.weeks(), expected) << stored;
+        store.scan({});
+        f.settle();
+        ASSERT_EQ(store.files().size(), 1u);
+        EXPECT_TRUE(store.stale(now).empty()) << stored;
+    }
+}
+
 TEST(StoreState, AnEmptyRootsArrayMeansNoRoots) {
     StoreFixture f;
     f.writeSettings(R"({"roots":[],"kept":["/k/a.txt"]})");
