@@ -117,7 +117,7 @@ Status Settings::writeWeeks(std::int64_t weeks) {
 }
 
 Status Settings::writeLastReview(platform::Instant when) {
-    return writeKey(lastReviewKey, json(formatTimestamp(when)));
+    return writeKey(lastReviewKey, json(formatExactTimestamp(when)));
 }
 
 Status Settings::writeStrings(const char* key, const std::vector<std::string>& strings) {

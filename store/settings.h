@@ -44,7 +44,8 @@ public:
     platform::Status writeRoots(const std::vector<std::string>& roots);
     platform::Status writeKept(const std::vector<std::string>& kept);
     platform::Status writeWeeks(std::int64_t weeks);
-    // Stored to the millisecond, e.g. "2026-11-21T09:48:45.123Z".
+    // Stored to the nanosecond, e.g. "2026-11-21T09:48:45.123456789Z", so that it reads back as
+    // exactly the instant written.
     platform::Status writeLastReview(platform::Instant when);
 
 private:

@@ -1,4 +1,4 @@
-// Formatting and reading ISO 8601 UTC timestamps with milliseconds.
+// Formatting and reading ISO 8601 UTC timestamps, to the millisecond or to the nanosecond.
 #include "store/timestamp.h"
 
 #include <chrono>
@@ -35,17 +35,31 @@ bool literal(std::string_view text, std::size_t& at, char expected) {
 
 }  // namespace
 
-std::string formatTimestamp(platform::Instant instant) {
-    const auto millis = floor<milliseconds>(instant);
-    const auto day = floor<days>(millis);
+namespace {
+
+// The date and time of `instant` at the precision of `Duration`, with `fractionDigits` digits.
+template <typename Duration>
+std::string format(platform::Instant instant, int fractionDigits) {
+    const auto rounded = floor<Duration>(instant);
+    const auto day = floor<days>(rounded);
     const year_month_day date{day};
-    const hh_mm_ss time{millis - day};
-    char text[40];
-    std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ", int(date.year()),
+    const hh_mm_ss time{rounded - day};
+    char text[48];
+    std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02d.%0*lldZ", int(date.year()),
                   unsigned(date.month()), unsigned(date.day()), int(time.hours().count()),
-                  int(time.minutes().count()), int(time.seconds().count()),
-                  int(time.subseconds().count()));
+                  int(time.minutes().count()), int(time.seconds().count()), fractionDigits,
+                  static_cast<long long>(time.subseconds().count()));
     return text;
+}
+
+}  // namespace
+
+std::string formatTimestamp(platform::Instant instant) {
+    return format<milliseconds>(instant, 3);
+}
+
+std::string formatExactTimestamp(platform::Instant instant) {
+    return format<nanoseconds>(instant, 9);
 }
 
 std::optional<platform::Instant> parseTimestamp(std::string_view text) {

@@ -97,5 +97,18 @@ TEST(Review, DueAtOnceThenAfterSevenDays) {
     EXPECT_FALSE(f.open().reviewDue(marked + seconds(10)));
 }
 
+TEST(Review, ExactlySevenDaysIsNeverDueWhateverTheFraction) {
+    for (std::int64_t nanos : {0, 1, 456'789, 999'999, 123'456'789, 999'999'999}) {
+        StoreFixture f;
+        const platform::Instant marked = platform::instantFrom(1'800'000'000, std::uint32_t(nanos));
+        f.platform.fixedNow = marked;
+        Store& store = f.open();
+        store.markReviewDone();
+        EXPECT_FALSE(f.open().reviewDue(marked + seconds(604800))) << nanos;
+        EXPECT_TRUE(f.store->reviewDue(marked + seconds(604800) + std::chrono::nanoseconds(1)))
+            << nanos;
+    }
+}
+
 }  // namespace
 }  // namespace quorrin::store

@@ -1,4 +1,4 @@
-// Stored timestamps: ISO 8601 in UTC with milliseconds, read strictly.
+// Stored timestamps: ISO 8601 in UTC, to the millisecond or the nanosecond, read strictly.
 #include "store/timestamp.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +13,16 @@ TEST(Timestamp, FormatsUtcWithMillisecondsRoundedDown) {
     EXPECT_EQ(formatTimestamp(instantFrom(1'795'254'525, 123'999'999)), "2026-11-21T09:48:45.123Z");
     EXPECT_EQ(formatTimestamp(instantFrom(0, 0)), "1970-01-01T00:00:00.000Z");
     EXPECT_EQ(formatTimestamp(instantFrom(-1, 500'000'000)), "1969-12-31T23:59:59.500Z");
+}
+
+TEST(Timestamp, TheExactFormKeepsEveryNanosecond) {
+    EXPECT_EQ(formatExactTimestamp(instantFrom(1'795'254'525, 123'456'789)),
+              "2026-11-21T09:48:45.123456789Z");
+    EXPECT_EQ(formatExactTimestamp(instantFrom(0, 1)), "1970-01-01T00:00:00.000000001Z");
+    EXPECT_EQ(formatExactTimestamp(instantFrom(-1, 999'999'999)), "1969-12-31T23:59:59.999999999Z");
+    for (const Instant instant : {instantFrom(1'795'254'525, 123'456'789), instantFrom(-1, 1),
+                                  instantFrom(1'709'251'199, 999'999'999)})
+        EXPECT_EQ(parseTimestamp(formatExactTimestamp(instant)), instant);
 }
 
 TEST(Timestamp, ReadsWhatItWrites) {
