@@ -80,14 +80,17 @@ private:
     }
     store::Store& store() { return session().store(); }
 
-    // Action commands print every line the operation logged, oldest first, to standard output.
-    // The command could not run at all when another Quorrin held the undo history.
+    // Action commands print every line the operation logged, oldest first, to standard output,
+    // except a settings write that failed, which goes to standard error. The command failed when
+    // another Quorrin held the undo history, or when its change could not be saved.
     int reportAction() {
         session().finish();
         for (const std::string& line : session().takeNewLines())
-            out_ << line << '\n';
-        return store().refusedByHistoryLock() ? 1 : 0;
+            (line.starts_with(store::settingsNotSavedText) ? err_ : out_) << line << '\n';
+        return failed() ? 1 : 0;
     }
+
+    bool failed() { return store().refusedByHistoryLock() || store().settingsNotSaved(); }
 
     // Listing commands print the files to standard output and the scan's lines to standard error.
     int reportListing(const std::vector<Entry>& entries, bool json) {
@@ -99,7 +102,7 @@ private:
             for (const Entry& entry : entries)
                 out_ << entry.url << '\n';
         }
-        return 0;
+        return failed() ? 1 : 0;
     }
 
     Status folders(Words& words) {

@@ -19,7 +19,7 @@ struct CliContext {
 };
 
 // Exit status: 0 when the operation ran (even when some files were skipped and reported), 1 when
-// it could not run at all, 2 for a usage error.
+// it could not run at all or its settings could not be saved, 2 for a usage error.
 int runCli(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
            const CliContext& context);
 

@@ -69,11 +69,12 @@ void Store::setStatus(std::string status) {
 
 void Store::setWeeks(std::int64_t weeks) {
     weeks = std::clamp<std::int64_t>(weeks, 1, 52);
-    (void)settings_.writeWeeks(weeks);
-    if (weeks_ == weeks)
-        return;
-    weeks_ = weeks;
-    set(Property::weeks);
+    const platform::Status written = settings_.writeWeeks(weeks);
+    if (weeks_ != weeks) {
+        weeks_ = weeks;
+        set(Property::weeks);
+    }
+    reportSettingsWrite(written);
 }
 
 void Store::setAutoDuplicates(bool on) {
@@ -124,19 +125,29 @@ void Store::keep(const Entry& entry) {
         return;
     }
     kept_.insert(entry.id());
-    saveKept();
+    const platform::Status written = saveKept();
     log("Kept: " + name);
+    reportSettingsWrite(written);
 }
 
 void Store::unkeep(const Entry& entry) {
     kept_.erase(entry.id());
-    saveKept();
+    reportSettingsWrite(saveKept());
 }
 
-void Store::saveKept() {
-    // Writing the settings cannot fail visibly: the set in memory stays as it is.
-    (void)settings_.writeKept(std::vector<std::string>(kept_.begin(), kept_.end()));
+platform::Status Store::saveKept() {
+    // The set in memory changes whether or not the file could be written.
+    platform::Status written =
+        settings_.writeKept(std::vector<std::string>(kept_.begin(), kept_.end()));
     set(Property::kept);
+    return written;
+}
+
+void Store::reportSettingsWrite(const platform::Status& written) {
+    if (written)
+        return;
+    settingsNotSaved_ = true;
+    log(settingsNotSavedText + written.error().description);
 }
 
 }  // namespace quorrin::store

@@ -50,6 +50,8 @@ struct StoreTestHooks {
 
 inline constexpr const char* initialStatus = "Your space. In order.";
 inline constexpr const char* lockBusyMessage = historyBusyText;
+// The activity line of a settings write that failed starts with this, then the system's text.
+inline constexpr const char* settingsNotSavedText = "Could not save settings: ";
 
 class Store {
 public:
@@ -78,8 +80,13 @@ public:
     // Whether an operation of this Store was refused because another Quorrin held the undo
     // history's lock; a front end that runs one command turns it into its exit status.
     bool refusedByHistoryLock() const { return refusedByHistoryLock_; }
+    // Whether writing the settings file failed for an operation of this Store (the change was
+    // made in memory and reported in the activity, but will not outlive the process).
+    bool settingsNotSaved() const { return settingsNotSaved_; }
 
     // The three properties the views write. setWeeks clamps to 1…52 and saves "weeks".
+    // Every operation that saves a setting changes it in memory even when the write fails; the
+    // failure is then logged as settingsNotSavedText + the system's text.
     void setWeeks(std::int64_t weeks);
     void setAutoDuplicates(bool on);
     void setInspect(bool on);
@@ -137,7 +144,9 @@ private:
                      bool inspect, bool compareDuplicates, bool readUsageDates);
     void startArrangement(std::vector<std::string> notes);
     void finishArrangement(ArrangementResult outcome, std::vector<std::string> notes);
-    void saveKept();
+    platform::Status saveKept();
+    // Reports a settings write that failed, after the operation's own line.
+    void reportSettingsWrite(const platform::Status& written);
 
     Executor& executor_;
     platform::Platform& platform_;
@@ -166,6 +175,7 @@ private:
     // still lists them. Whatever reads that file again drops them, until a write succeeds.
     std::vector<MoveRecord> undoneUnsaved_;
     bool refusedByHistoryLock_ = false;
+    bool settingsNotSaved_ = false;
 };
 
 }  // namespace quorrin::store

@@ -46,7 +46,7 @@ void Store::removeFolders(const std::vector<std::string>& paths) {
 }
 
 void Store::saveRoots() {
-    (void)settings_.writeRoots(roots_);
+    const platform::Status written = settings_.writeRoots(roots_);
     set(Property::roots);
     files_.clear();
     set(Property::files);
@@ -54,6 +54,7 @@ void Store::saveRoots() {
     set(Property::olderFiles);
     olderScanned_ = false;
     set(Property::olderScanned);
+    reportSettingsWrite(written);
 }
 
 }  // namespace quorrin::store

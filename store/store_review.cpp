@@ -24,8 +24,9 @@ bool Store::reviewDue(platform::Instant now) const {
 }
 
 void Store::markReviewDone() {
-    (void)settings_.writeLastReview(platform_.now());
+    const platform::Status written = settings_.writeLastReview(platform_.now());
     log("Weekly Downloads review completed");
+    reportSettingsWrite(written);
 }
 
 }  // namespace quorrin::store
