@@ -4,6 +4,7 @@
 #include "tests/support/ui/recording_launcher.h"
 #include "tests/support/ui/ui_fixture.h"
 
+#include <QFont>
 #include <QQuickItem>
 
 #include <gtest/gtest.h>
@@ -61,6 +62,13 @@ TEST_F(ListRowActions, TheRowShowsNameFolderAndSize) {
               QString::fromStdString(ui.home.path("Documents/Invoices")));
     EXPECT_EQ(ui.text("rowSize", row), "1 byte");
     EXPECT_FALSE(ui.item("rowDate", row)->isVisible());
+    // The name at 13 px medium; the line under it and the size at 10 px.
+    const auto pixels = [&](const char* name) {
+        return ui.item(name, row)->property("font").value<QFont>().pixelSize();
+    };
+    EXPECT_EQ(pixels("rowName"), 13);
+    EXPECT_EQ(pixels("rowDetail"), 10);
+    EXPECT_EQ(pixels("rowSize"), 10);
 }
 
 }  // namespace

@@ -82,7 +82,7 @@ Rectangle {
                 Layout.fillWidth: true
                 text: row.detail
                 color: row.detailKind === "issue" ? Theme.orange : Theme.grey
-                font.pixelSize: 11
+                font.pixelSize: 10
                 elide: Text.ElideMiddle
             }
         }
@@ -115,7 +115,7 @@ Rectangle {
             horizontalAlignment: Text.AlignRight
             text: row.sizeText
             color: Theme.secondary
-            font.pixelSize: 11
+            font.pixelSize: 10
         }
 
         Item {
