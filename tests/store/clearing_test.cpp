@@ -1,6 +1,8 @@
 // keep, unkeep and clearing chosen files to the Trash.
 #include "tests/support/store/store_fixture.h"
 
+#include <nlohmann/json.hpp>
+
 #include <gtest/gtest.h>
 
 namespace quorrin::store {
@@ -83,9 +85,18 @@ TEST_F(Clearing, KeepTwiceIsOnePathAndTwoLines) {
 }
 
 TEST_F(Clearing, UnkeepingAFileNeverKeptIsSilent) {
+    // A hand-written file in a form the Store never writes: a rewrite shows.
+    f.writeSettings(R"({"kept":[],"weeks":4})");
+    f.open();
+    f.store->scan({.duplicates = true});
+    f.settle();
+    f.store->log("marker");
     f.store->unkeep(entry("c.txt"));
     EXPECT_TRUE(f.store->kept().empty());
     EXPECT_TRUE(sinceMarker().empty());
+    const nlohmann::json saved = nlohmann::json::parse(f.settingsText());
+    EXPECT_NE(f.settingsText(), R"({"kept":[],"weeks":4})");              // the set was rewritten
+    EXPECT_EQ(saved, nlohmann::json::parse(R"({"kept":[],"weeks":4})"));  // unchanged
     f.store->keep(entry("c.txt"));
     f.store->unkeep(entry("c.txt"));
     EXPECT_TRUE(f.open().kept().empty());

@@ -13,13 +13,18 @@ TEST(Folders, AFolderInsideAConnectedOneChangesNothingButClearsResults) {
     f.home.writeFile("Documents/Projects/a.txt");
     f.writeSettings(R"({"roots":[")" + f.home.path("Documents") + R"("]})");
     Store& store = f.open();
+    store.scanOlder();
+    f.settle();
     store.scan({});
     f.settle();
     ASSERT_FALSE(store.files().empty());
+    ASSERT_FALSE(store.olderFiles().empty());
+    ASSERT_TRUE(store.olderScanned());
     f.chooserAnswers = {{f.home.path("Documents/Projects")}};
     store.addFolder();
     EXPECT_EQ(store.roots(), (std::vector<std::string>{f.home.path("Documents")}));
     EXPECT_TRUE(store.files().empty());
+    EXPECT_TRUE(store.olderFiles().empty());
     EXPECT_FALSE(store.olderScanned());
 }
 

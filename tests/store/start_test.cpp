@@ -157,11 +157,72 @@ TEST_F(Start, ASecondStartAppendsAndARelaunchRestores) {
     start();
     f.home.writeFile("Downloads/b.mp3", "b");
     start();
+    const std::vector<MoveRecord> expected{{in("a.txt"), in("04 Documents/a.txt")},
+                                           {in("b.mp3"), in("03 Audio/b.mp3")}};
+    EXPECT_EQ(f.store->moves(), expected);
     nlohmann::json records = history();
     ASSERT_EQ(records.size(), 2u);
-    EXPECT_EQ(records[0]["from"], in("a.txt"));
-    EXPECT_EQ(records[1]["from"], in("b.mp3"));
-    EXPECT_EQ(f.open().moves().size(), 2u);
+    for (std::size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(records[i]["from"], expected[i].from);
+        EXPECT_EQ(records[i]["to"], expected[i].to);
+    }
+    EXPECT_EQ(f.open().moves(), expected);
+}
+
+TEST_F(Start, AMovedCopyNamesItsOriginalAtItsNewPlace) {
+    // Project files are never trashed as duplicates: both copies move, and the list follows.
+    f.home.writeFile("Downloads/a.psd", "layers");
+    f.home.writeFile("Downloads/b.psd", "layers");
+    f.home.writeFile("Downloads/Keep/c.psd", "other");
+    f.open();
+    start();
+    const Entry* copy = f.file(in("07 Projects/b.psd"));
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(copy->duplicateOf, in("07 Projects/a.psd"));
+    const Entry* original = f.file(in("07 Projects/a.psd"));
+    ASSERT_NE(original, nullptr);
+    EXPECT_FALSE(original->duplicateOf);
+}
+
+TEST_F(Start, NothingChangedNamesTheFirstScanNote) {
+    f.home.writeFile("Downloads/Locked/a.txt");
+    f.platform.fault =
+        quorrin::testing::FaultPlatform::failing("openDirectoryAt", "Locked", EACCES);
+    f.open();
+    start();
+    const std::vector<std::string> texts = f.activityTexts();
+    ASSERT_EQ(texts.size(), 2u);  // the note, then the summary
+    EXPECT_NE(texts[1].find("Locked"), std::string::npos);
+    EXPECT_EQ(texts[0], "No files changed • " + texts[1]);
+}
+
+TEST_F(Start, CopiesInOtherFilesAreTrashedButNotThoseInProjects) {
+    f.home.writeFile("Downloads/0 Keep/orig.dat", "same bytes");  // sorts first: the original
+    f.home.writeFile("Downloads/06 Other Files/copy.dat", "same bytes");
+    f.home.writeFile("Downloads/07 Projects/copy.dat", "same bytes");
+    Store& store = f.open();
+    start();
+    EXPECT_EQ(readFile(trashed("copy.dat")), "same bytes");
+    EXPECT_FALSE(existsNoFollow(in("06 Other Files/copy.dat")));
+    EXPECT_EQ(readFile(in("07 Projects/copy.dat")), "same bytes");
+    EXPECT_EQ(readFile(in("0 Keep/orig.dat")), "same bytes");
+    EXPECT_EQ(store.activity().front().text(),
+              "Done • 0 files arranged • 1 duplicates sent to Trash");
+}
+
+TEST_F(Start, TheDuplicatesSwitchTurnedOffDuringTheScanHoldsForTheArrangement) {
+    f.home.writeFile("Downloads/a.txt", "same");
+    f.home.writeFile("Downloads/b.txt", "same");
+    Store& store = f.open();
+    store.scan({.organize = true});
+    store.setAutoDuplicates(false);  // while the scan runs: it still compares
+    f.settle();
+    EXPECT_TRUE(store.duplicatesChecked());
+    EXPECT_FALSE(existsNoFollow(trashed("b.txt")));
+    EXPECT_EQ(readFile(in("04 Documents/a.txt")), "same");
+    EXPECT_EQ(readFile(in("04 Documents/b.txt")), "same");
+    EXPECT_EQ(store.activity().front().text(),
+              "Done • 2 files arranged • 0 duplicates sent to Trash");
 }
 
 TEST_F(Start, ACategoryPathThatIsAFileBlocksThatCategory) {

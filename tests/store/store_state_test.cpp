@@ -161,12 +161,19 @@ TEST(StoreState, ObserversHearEveryChange) {
 
 TEST(StoreState, LateProgressNeverTouchesAClosedStore) {
     StoreFixture f;
-    f.home.writeFile("Documents/a.txt");
+    // Enough files for the scan to post progress texts as well as its result.
+    for (int i = 0; i < 600; ++i)
+        f.home.writeFile("Documents/f" + std::to_string(i) + ".txt");
     Store& store = f.open();
+    Recorder recorder;
+    store.addObserver(&recorder);
     store.scan({});
     f.executor.runOneBackground();  // the scan runs and posts its progress and its result
-    f.store.reset();                // the window closes before the main thread gets to them
-    f.settle();                     // nothing to run into: the posted work sees the Store gone
+    ASSERT_GT(f.executor.pendingMain(), 1u);
+    recorder.seen.clear();
+    f.store.reset();  // the window closes before the main thread gets to them
+    f.settle();       // the posted work finds the Store gone and changes nothing
+    EXPECT_TRUE(recorder.seen.empty());
     EXPECT_EQ(f.executor.pendingMain(), 0u);
 }
 

@@ -80,8 +80,13 @@ TEST(Undo, NothingHappensWhenBusyOrWithoutMoves) {
     writeHistory(f, {{f.home.path("Documents/x.txt"), to}});
     Store& reopened = f.open();
     reopened.scan({});
+    f.settle();
+    ASSERT_EQ(reopened.files().size(), 2u);
+    reopened.scan({});
     reopened.undo();  // busy: ignored
     EXPECT_TRUE(existsNoFollow(to));
+    EXPECT_EQ(reopened.files().size(), 2u);
+    EXPECT_EQ(reopened.moves().size(), 1u);
     f.settle();
     reopened.undo();
     EXPECT_FALSE(existsNoFollow(to));

@@ -43,8 +43,9 @@ TEST_F(Screenshots, NinePages) {
     ui.pressSidebar(QStringLiteral("Duplicates"));
     ui.runPageAction();
     ui.pressSidebar(QStringLiteral("Overview"));
+    // The sample home holds 20 files in its connected folders.
     EXPECT_EQ(ui.text(QStringLiteral("value"), ui.item(QStringLiteral("card:FILES INDEXED"))),
-              QString::number(ui.store().fileCount()));
+              QStringLiteral("20"));
     shoot(1, QStringLiteral("Overview"));
 
     // All files with two rows ticked and one file kept.

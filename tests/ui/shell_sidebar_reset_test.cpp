@@ -27,7 +27,11 @@ protected:
         EXPECT_EQ(ui.fileList().query(), "");
         EXPECT_EQ(ui.fileList().filter(), "All types");
         EXPECT_EQ(ui.fileList().issueFilter(), "All signals");
-        EXPECT_EQ(ui.item("typePicker")->property("value").toString(), "All types");
+        // What the pickers show, not only what they are bound to.
+        EXPECT_EQ(ui.item("typePicker.menu")->property("displayText").toString(), "All types");
+        if (QQuickItem* health = ui.find("healthPicker.menu")) {
+            EXPECT_EQ(health->property("displayText").toString(), "All signals");
+        }
         EXPECT_EQ(ui.fileList().selectedCount(), 0);
         EXPECT_FALSE(ui.isEnabled("keepSelectedButton"));
         EXPECT_FALSE(ui.isEnabled("clearSelectedButton"));
