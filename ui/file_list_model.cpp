@@ -32,7 +32,8 @@ std::string bytesOf(const QString& text) {
 FileListModel::FileListModel(QObject* parent)
     : QAbstractListModel(parent),
       rows_(std::make_shared<const std::vector<Entry>>()),
-      latest_(std::make_shared<std::atomic<std::uint64_t>>(0)) {
+      latest_(std::make_shared<std::atomic<std::uint64_t>>(0)),
+      index_(std::make_shared<IndexSlot>()) {
     pool_.setMaxThreadCount(1);
     const QDateTime now = QDateTime::currentDateTime();
     // Two calendar years before now, or now itself when the calendar cannot go back that far.
@@ -166,6 +167,30 @@ void FileListModel::scheduleRecompute() {
     QMetaObject::invokeMethod(this, &FileListModel::startRecompute, Qt::QueuedConnection);
 }
 
+platform::Instant FileListModel::now() const {
+    return platform::system().now();
+}
+
+FileListModel::Result FileListModel::build(IndexSlot& index, const ListSnapshot& source,
+                                           const store::ListView& view, platform::Instant now,
+                                           const std::shared_ptr<const std::vector<Entry>>& shown) {
+    Result result;
+    std::shared_ptr<std::vector<Entry>> rows;
+    {
+        std::lock_guard lock(index.mutex);
+        rows = std::make_shared<std::vector<Entry>>(store::visible(
+            store::ListSource{*source.files, *source.olderFiles, *source.kept, source.weeks}, view,
+            now, Engine::Calendar::current(), index.index));
+    }
+    for (const Entry& entry : *rows)
+        result.totalBytes = checkedSum(result.totalBytes, entry.size);
+    result.sameRows = rows->size() == shown->size() &&
+                      std::equal(rows->begin(), rows->end(), shown->begin(),
+                                 [](const Entry& a, const Entry& b) { return a.id() == b.id(); });
+    result.rows = std::move(rows);
+    return result;
+}
+
 void FileListModel::startRecompute() {
     scheduled_ = false;
     if (!store_) {
@@ -175,30 +200,26 @@ void FileListModel::startRecompute() {
     const std::uint64_t generation = ++generation_;
     latest_->store(generation);
     // Everything the work needs is a shared, immutable snapshot: nothing is copied here.
-    ListSnapshot source = store_->snapshot();
-    store::ListView view = listView();
-    std::shared_ptr<const std::vector<Entry>> shown = rows_;
-    auto latest = latest_;
-    const platform::Instant now = platform::system().now();
-    pool_.start([this, generation, latest, source = std::move(source), view = std::move(view),
-                 shown = std::move(shown), now] {
+    pool_.start([this, generation, latest = latest_, index = index_, source = store_->snapshot(),
+                 view = listView(), shown = rows_, now = now()] {
         if (latest->load() != generation)
             return;  // a newer request is already queued
-        Result result;
-        auto rows = std::make_shared<std::vector<Entry>>(store::visible(
-            store::ListSource{*source.files, *source.olderFiles, *source.kept, source.weeks}, view,
-            now, Engine::Calendar::current()));
-        for (const Entry& entry : *rows)
-            result.totalBytes = checkedSum(result.totalBytes, entry.size);
-        result.sameRows =
-            rows->size() == shown->size() &&
-            std::equal(rows->begin(), rows->end(), shown->begin(),
-                       [](const Entry& a, const Entry& b) { return a.id() == b.id(); });
-        result.rows = std::move(rows);
+        Result result = build(*index, source, view, now, shown);
         QMetaObject::invokeMethod(
             this, [this, generation, result = std::move(result)] { apply(generation, result); },
             Qt::QueuedConnection);
     });
+}
+
+std::shared_ptr<const std::vector<Entry>> FileListModel::currentRows() {
+    if (!computing_ || !store_)
+        return rows_;
+    // Whatever is queued or running was asked for an earlier state, or for this one: either way
+    // these rows replace it.
+    const std::uint64_t generation = ++generation_;
+    latest_->store(generation);
+    apply(generation, build(*index_, store_->snapshot(), listView(), now(), rows_));
+    return rows_;
 }
 
 void FileListModel::apply(std::uint64_t generation, Result result) {
@@ -244,8 +265,9 @@ void FileListModel::setSelected(int row, bool on) {
 }
 
 void FileListModel::selectVisible() {
+    const std::shared_ptr<const std::vector<Entry>> shown = currentRows();
     selected_.clear();
-    for (const Entry& entry : *rows_)
+    for (const Entry& entry : *shown)
         selected_.insert(entry.id());
     emitRowData({int(Role::selected)});
     emit selectionChanged();
@@ -270,7 +292,7 @@ void FileListModel::keepSelected() {
     if (!store_ || selected_.empty() || store_->busy())
         return;
     // Keeping changes the Store's lists, which replaces the rows: walk a copy.
-    const std::shared_ptr<const std::vector<Entry>> shown = rows_;
+    const std::shared_ptr<const std::vector<Entry>> shown = currentRows();
     for (const Entry& entry : *shown)
         if (selected_.contains(entry.id()))
             store_->store().keep(entry);
@@ -289,8 +311,9 @@ void FileListModel::toggleKeep(int row) {
 }
 
 void FileListModel::moveSelectedToTrash() {
+    const std::shared_ptr<const std::vector<Entry>> shown = currentRows();
     std::vector<Entry> chosen;
-    for (const Entry& entry : *rows_)
+    for (const Entry& entry : *shown)
         if (selected_.contains(entry.id()))
             chosen.push_back(entry);
     if (store_ && !store_->busy() && !chosen.empty())

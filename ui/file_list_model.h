@@ -3,7 +3,10 @@
 // The rows are `visible` (store/file_list.h) for the current page, search, filters and find-older
 // query; the model only presents them. They are recomputed on a background thread whenever the
 // view state or the Store's lists change, so a keystroke in the search field never waits for
-// 100,000 files to be filtered and sorted; the rows shown stay until the new ones are ready.
+// 100,000 files to be filtered and sorted; the rows shown stay until the new ones are ready. The
+// list actions (select visible, keep selected, move to the Trash) act on the rows of the current
+// view state: pressed while those are still being computed, they compute them at once and show
+// them first. The name keys and folded paths of the Store's lists are kept between recomputes.
 #pragma once
 
 #include "engine/entry.h"
@@ -16,6 +19,7 @@
 #include <QThreadPool>
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <set>
 #include <string>
 #include <vector>
@@ -144,6 +148,22 @@ private:
         bool sameRows = false;  // the same ids in the same order as the rows shown
     };
 
+    // The list index, shared by the background recompute and an action that needs the rows at
+    // once; one thread uses it at a time.
+    struct IndexSlot {
+        std::mutex mutex;
+        store::ListIndex index;
+    };
+
+    // Builds the rows of `view` over `source`, with their total size; `shown` is compared.
+    static Result build(IndexSlot& index, const ListSnapshot& source, const store::ListView& view,
+                        platform::Instant now,
+                        const std::shared_ptr<const std::vector<Engine::Entry>>& shown);
+    // The rows of the current view state: those shown, or, while they are being recomputed, the
+    // new ones, computed now and shown before this returns.
+    std::shared_ptr<const std::vector<Engine::Entry>> currentRows();
+    platform::Instant now() const;
+
     // Asks for new rows; several changes in one turn of the event loop make one recompute.
     void scheduleRecompute();
     void startRecompute();
@@ -170,6 +190,7 @@ private:
     bool scheduled_ = false;
     std::uint64_t generation_ = 0;
     std::shared_ptr<std::atomic<std::uint64_t>> latest_;
+    std::shared_ptr<IndexSlot> index_;
     QThreadPool pool_;  // one thread: requests run in order, outdated ones are skipped
 };
 
