@@ -140,7 +140,18 @@ ColumnLayout {
             reuseItems: true
             cacheBuffer: 540
             boundsBehavior: Flickable.StopAtBounds
-            ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
+            // Shown whenever there are more rows than fit, not only while scrolling.
+            ScrollBar.vertical: ScrollBar {
+                id: rowsBar
+                objectName: "fileListScrollBar"
+                policy: rows.contentHeight > rows.height ? ScrollBar.AlwaysOn
+                                                         : ScrollBar.AlwaysOff
+                contentItem: Rectangle {
+                    implicitWidth: 4
+                    radius: 2
+                    color: rowsBar.pressed ? Theme.secondary : Theme.strokeStrong
+                }
+            }
             delegate: FileRow {
                 width: rows.width
                 list: page.list

@@ -19,20 +19,22 @@ PageFlickable {
         wrapMode: Text.WordWrap
     }
 
+    // Compact enough that every control shows at the default window size (1180 × 800) with
+    // three connected folders.
     ColumnLayout {
         id: column
         width: settings.width
-        spacing: 14
+        spacing: 10
 
         // Connected folders.
         Panel {
             Layout.fillWidth: true
-            Layout.preferredHeight: folders.implicitHeight + 36
+            Layout.preferredHeight: folders.implicitHeight + 28
             ColumnLayout {
                 id: folders
                 anchors.fill: parent
-                anchors.margins: 18
-                spacing: 8
+                anchors.margins: 14
+                spacing: 6
                 RowLayout {
                     Layout.fillWidth: true
                     Text {
@@ -58,7 +60,7 @@ PageFlickable {
                         required property int index
                         objectName: "rootRow:" + index
                         Layout.fillWidth: true
-                        Layout.preferredHeight: 48
+                        Layout.preferredHeight: 42
                         radius: 10
                         color: "#14181a"
                         border.width: 1
@@ -119,12 +121,12 @@ PageFlickable {
         // Clean-up.
         Panel {
             Layout.fillWidth: true
-            Layout.preferredHeight: cleanup.implicitHeight + 36
+            Layout.preferredHeight: cleanup.implicitHeight + 28
             ColumnLayout {
                 id: cleanup
                 anchors.fill: parent
-                anchors.margins: 18
-                spacing: 10
+                anchors.margins: 14
+                spacing: 8
                 AppSwitch {
                     objectName: "autoDuplicatesSwitch"
                     Layout.fillWidth: true
@@ -157,28 +159,34 @@ PageFlickable {
         // The weekly review.
         Panel {
             Layout.fillWidth: true
-            Layout.preferredHeight: review.implicitHeight + 36
+            Layout.preferredHeight: review.implicitHeight + 28
             ColumnLayout {
                 id: review
                 anchors.fill: parent
-                anchors.margins: 18
-                spacing: 12
+                anchors.margins: 14
+                spacing: 8
                 Text {
                     text: "Weekly Downloads review"
                     color: Theme.text
                     font.pixelSize: 16
                     font.weight: Font.DemiBold
                 }
-                Note {
-                    text: "The app marks a review due every 7 days when you open it. Choose how many weeks old a file should be before it appears. No background process deletes your Downloads."
-                }
-                Stepper {
-                    objectName: "settingsWeeksStepper"
-                    label: "Unused for " + Store.weeks + " weeks"
-                    value: Store.weeks
-                    from: 1
-                    to: 52
-                    onModified: (value) => Store.weeks = value
+                // The note, and the stepper at its trailing edge.
+                RowLayout {
+                    Layout.fillWidth: true
+                    spacing: 24
+                    Note {
+                        text: "The app marks a review due every 7 days when you open it. Choose how many weeks old a file should be before it appears. No background process deletes your Downloads."
+                    }
+                    Stepper {
+                        objectName: "settingsWeeksStepper"
+                        Layout.alignment: Qt.AlignVCenter
+                        label: "Unused for " + Store.weeks + " weeks"
+                        value: Store.weeks
+                        from: 1
+                        to: 52
+                        onModified: (value) => Store.weeks = value
+                    }
                 }
             }
         }

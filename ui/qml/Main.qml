@@ -36,13 +36,19 @@ ApplicationWindow {
     function pressSidebar(name) {
         page = name
         fileList.resetView()
-        // The search field of the page left behind gives up the keyboard.
-        window.contentItem.forceActiveFocus()
+        // The search field of the page left behind gives up the keyboard: the focus goes to an
+        // item that takes no keys, not back into the page, which would hand it to the field.
+        focusSink.forceActiveFocus()
     }
 
     // The Overview's shortcuts change the page only.
     function jump(name) {
         page = name
+    }
+
+    Item {
+        id: focusSink
+        objectName: "focusSink"
     }
 
     FileListModel {
