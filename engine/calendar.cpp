@@ -118,34 +118,32 @@ std::string Calendar::zoneId() const {
     return text;
 }
 
-std::optional<Instant> Calendar::addingMonths(Instant t, std::int64_t months) const {
-    if (months < -maxStep || months > maxStep)
+namespace {
+
+// `amount` steps of `field` (months or days) after `t`, by the rules of `calendar`.
+std::optional<Instant> adding(std::mutex& mutex, icu::Calendar& calendar, Instant t,
+                              std::int64_t amount, UCalendarDateFields field) {
+    if (amount < -maxStep || amount > maxStep)
         return std::nullopt;
     Millis from = split(t);
-    std::scoped_lock lock(state_->mutex);
-    icu::Calendar& calendar = *state_->calendar;
+    std::scoped_lock lock(mutex);
     UErrorCode status = U_ZERO_ERROR;
     calendar.setTime(from.whole, status);
-    calendar.add(UCAL_MONTH, static_cast<std::int32_t>(months), status);
+    calendar.add(field, static_cast<std::int32_t>(amount), status);
     UDate result = calendar.getTime(status);
     if (U_FAILURE(status))
         return std::nullopt;
     return join(result, from.remainder);
 }
 
+}  // namespace
+
+std::optional<Instant> Calendar::addingMonths(Instant t, std::int64_t months) const {
+    return adding(state_->mutex, *state_->calendar, t, months, UCAL_MONTH);
+}
+
 std::optional<Instant> Calendar::addingDays(Instant t, std::int64_t days) const {
-    if (days < -maxStep || days > maxStep)
-        return std::nullopt;
-    Millis from = split(t);
-    std::scoped_lock lock(state_->mutex);
-    icu::Calendar& calendar = *state_->calendar;
-    UErrorCode status = U_ZERO_ERROR;
-    calendar.setTime(from.whole, status);
-    calendar.add(UCAL_DATE, static_cast<std::int32_t>(days), status);
-    UDate result = calendar.getTime(status);
-    if (U_FAILURE(status))
-        return std::nullopt;
-    return join(result, from.remainder);
+    return adding(state_->mutex, *state_->calendar, t, days, UCAL_DATE);
 }
 
 std::optional<Instant> Calendar::startOfDay(Instant t) const {
