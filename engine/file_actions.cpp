@@ -3,7 +3,7 @@
 #include "engine/digest.h"
 #include "engine/errors.h"
 #include "engine/paths.h"
-#include "platform/trash.h"
+#include "platform/trash/trash.h"
 
 #include <limits>
 #include <stdexcept>

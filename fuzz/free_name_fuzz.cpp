@@ -10,7 +10,7 @@
 #include "engine/move_record.h"
 #include "engine/paths.h"
 #include "platform/linux_platform.h"
-#include "platform/trash_name.h"
+#include "platform/trash/trash_name.h"
 
 #include <cerrno>
 #include <cstddef>

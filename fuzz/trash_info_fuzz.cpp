@@ -3,8 +3,8 @@
 // Any path bytes (newlines, "%", bytes that are not UTF-8) survive encoding and decoding exactly,
 // and a record written for them reads back with the same path; any text at all, handed to the
 // reader or the decoder, never crashes, hangs or leaks.
-#include "platform/percent_encoding.h"
-#include "platform/trash_info.h"
+#include "platform/trash/percent_encoding.h"
+#include "platform/trash/trash_info.h"
 
 #include <algorithm>
 #include <chrono>

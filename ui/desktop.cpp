@@ -1,7 +1,7 @@
 #include "ui/desktop.h"
 
 #include "engine/paths.h"
-#include "platform/trash_location.h"
+#include "platform/trash/trash_location.h"
 
 #include <QClipboard>
 #include <QDBusConnection>

@@ -1,7 +1,7 @@
 // Inventory: a snapshot of a tree's files and the check that every one of them is still there.
 #include "tests/support/inventory.h"
 
-#include "platform/trash_info.h"
+#include "platform/trash/trash_info.h"
 
 #include <algorithm>
 #include <cerrno>

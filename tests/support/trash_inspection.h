@@ -1,7 +1,7 @@
 // Looking into a trash folder from a test: its entries, their records, real paths.
 #pragma once
 
-#include "platform/trash_info.h"
+#include "platform/trash/trash_info.h"
 
 #include <string>
 #include <vector>

@@ -1,5 +1,5 @@
 // Percent-encoding of recorded paths: what stays literal, and that every byte comes back.
-#include "platform/percent_encoding.h"
+#include "platform/trash/percent_encoding.h"
 
 #include <string>
 

@@ -1,11 +1,11 @@
 // Moving items to the user's Trash, following the freedesktop.org Trash specification.
-#include "platform/trash.h"
+#include "platform/trash/trash.h"
 
 #include "platform/paths.h"
-#include "platform/trash_error.h"
-#include "platform/trash_info.h"
-#include "platform/trash_location.h"
-#include "platform/trash_name.h"
+#include "platform/trash/trash_error.h"
+#include "platform/trash/trash_info.h"
+#include "platform/trash/trash_location.h"
+#include "platform/trash/trash_name.h"
 
 #include <cerrno>
 #include <cstddef>

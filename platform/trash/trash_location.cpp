@@ -1,8 +1,8 @@
 // Choosing the trash that takes an item, and making sure its folders exist.
-#include "platform/trash_location.h"
+#include "platform/trash/trash_location.h"
 
 #include "platform/paths.h"
-#include "platform/trash_error.h"
+#include "platform/trash/trash_error.h"
 
 #include <cerrno>
 

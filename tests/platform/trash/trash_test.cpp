@@ -1,8 +1,8 @@
 // Moving files and folders into the home trash on real files in a temporary HOME.
-#include "platform/trash.h"
+#include "platform/trash/trash.h"
 
 #include "platform/linux_platform.h"
-#include "platform/percent_encoding.h"
+#include "platform/trash/percent_encoding.h"
 #include "tests/support/temp_home.h"
 #include "tests/support/trash_inspection.h"
 

@@ -1,5 +1,5 @@
 // The .trashinfo text: its three lines, local deletion dates, and reading records back.
-#include "platform/trash_info.h"
+#include "platform/trash/trash_info.h"
 
 #include <optional>
 #include <string>

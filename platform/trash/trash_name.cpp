@@ -1,5 +1,5 @@
 // Names for items inside a trash: files/<name> with its record in info/<name>.trashinfo.
-#include "platform/trash_name.h"
+#include "platform/trash/trash_name.h"
 
 namespace quorrin::platform {
 namespace {

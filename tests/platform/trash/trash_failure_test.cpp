@@ -1,6 +1,6 @@
 // Failures while trashing: the item stays where it was and no record is left behind.
 #include "platform/linux_platform.h"
-#include "platform/trash.h"
+#include "platform/trash/trash.h"
 #include "tests/support/fault_platform.h"
 #include "tests/support/temp_home.h"
 #include "tests/support/trash_inspection.h"

@@ -1,5 +1,5 @@
 // Percent-encoding of paths as the Path= key of a .trashinfo file stores them.
-#include "platform/percent_encoding.h"
+#include "platform/trash/percent_encoding.h"
 
 namespace quorrin::platform {
 namespace {

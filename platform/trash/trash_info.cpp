@@ -1,7 +1,7 @@
 // The .trashinfo file: where a trashed item came from and when it was trashed.
-#include "platform/trash_info.h"
+#include "platform/trash/trash_info.h"
 
-#include "platform/percent_encoding.h"
+#include "platform/trash/percent_encoding.h"
 
 #include <time.h>
 

@@ -1,6 +1,6 @@
 // Items Quorrin trashes are listed by another freedesktop.org trash implementation (trash-cli).
 #include "platform/linux_platform.h"
-#include "platform/trash.h"
+#include "platform/trash/trash.h"
 #include "tests/support/temp_home.h"
 #include "tests/support/trash_inspection.h"
 

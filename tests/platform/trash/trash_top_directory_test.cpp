@@ -3,9 +3,9 @@
 // The platform here reports a different device for one folder and everything below it, so that the
 // folder acts as the top of a mounted file system while the files stay real.
 #include "platform/linux_platform.h"
-#include "platform/trash.h"
-#include "platform/trash_error.h"
-#include "platform/trash_location.h"
+#include "platform/trash/trash.h"
+#include "platform/trash/trash_error.h"
+#include "platform/trash/trash_location.h"
 #include "tests/support/temp_home.h"
 #include "tests/support/trash_inspection.h"
 

@@ -1,5 +1,5 @@
 // Names of trash entries: the item's own name first, numbered variants next, long names shortened.
-#include "platform/trash_name.h"
+#include "platform/trash/trash_name.h"
 
 #include <string>
 

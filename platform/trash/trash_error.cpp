@@ -1,5 +1,5 @@
 // The error raised when no trash can take an item.
-#include "platform/trash_error.h"
+#include "platform/trash/trash_error.h"
 
 #include <string>
 
