@@ -1,5 +1,4 @@
 // Failures while trashing: the item stays where it was and no record is left behind.
-#include "platform/linux_platform.h"
 #include "platform/trash/trash.h"
 #include "tests/support/fault_platform.h"
 #include "tests/support/temp_home.h"
@@ -19,52 +18,12 @@ using quorrin::testing::namesIn;
 using quorrin::testing::readFile;
 using quorrin::testing::TempHome;
 
-// A Linux platform whose chosen primitive fails with a chosen error.
-class FaultyPlatform : public LinuxPlatform {
-public:
-    std::optional<int> failWrite;
-    std::optional<int> failSync;
-    std::optional<int> failMove;
-    std::optional<int> failCreate;
-    std::optional<int> failMakeDirectory;
-    // How many of the next moves report a taken destination without moving anything.
-    int movesFindingTheNameTaken = 0;
-    int removals = 0;
+using quorrin::testing::FaultPlatform;
 
-    Status write(const Fd& file, std::span<const std::byte> bytes) override {
-        if (failWrite)
-            return Error::fromErrno(*failWrite);
-        return LinuxPlatform::write(file, bytes);
-    }
-    Status sync(const Fd& file) override {
-        if (failSync)
-            return Error::fromErrno(*failSync);
-        return LinuxPlatform::sync(file);
-    }
-    Status moveNoReplace(const std::string& from, const std::string& to) override {
-        if (failMove)
-            return Error::fromErrno(*failMove);
-        if (movesFindingTheNameTaken > 0) {
-            --movesFindingTheNameTaken;
-            return Error::fromErrno(EEXIST);
-        }
-        return LinuxPlatform::moveNoReplace(from, to);
-    }
-    Result<Fd> createExclusive(const std::string& path, std::uint32_t mode) override {
-        if (failCreate)
-            return Error::fromErrno(*failCreate);
-        return LinuxPlatform::createExclusive(path, mode);
-    }
-    Status makeDirectory(const std::string& path, std::uint32_t mode) override {
-        if (failMakeDirectory)
-            return Error::fromErrno(*failMakeDirectory);
-        return LinuxPlatform::makeDirectory(path, mode);
-    }
-    Status removeFile(const std::string& path) override {
-        ++removals;
-        return LinuxPlatform::removeFile(path);
-    }
-};
+// The shared fault platform, failing every call of one primitive with one error.
+void failEvery(FaultPlatform& platform, const std::string& operation, int error) {
+    platform.fault = FaultPlatform::failing(operation, "", error);
+}
 
 struct Scene {
     TempHome home;
@@ -81,20 +40,20 @@ struct Scene {
 
 TEST(TrashFailure, FailedFlushKeepsTheFile) {
     Scene scene;
-    FaultyPlatform platform;
-    platform.failSync = EIO;
+    FaultPlatform platform;
+    failEvery(platform, "sync", EIO);
     Status trashed = moveToTrash(platform, scene.file);
     ASSERT_FALSE(trashed.ok());
     EXPECT_TRUE(trashed.error().isErrno(EIO));
     EXPECT_EQ(trashed.error().description, "Input/output error");
     scene.expectUntouched();
-    EXPECT_EQ(platform.removals, 1);
+    EXPECT_EQ(platform.calls["removeFile"], 1);
 }
 
 TEST(TrashFailure, FailedWriteKeepsTheFile) {
     Scene scene;
-    FaultyPlatform platform;
-    platform.failWrite = ENOSPC;
+    FaultPlatform platform;
+    failEvery(platform, "write", ENOSPC);
     Status trashed = moveToTrash(platform, scene.file);
     ASSERT_FALSE(trashed.ok());
     EXPECT_TRUE(trashed.error().isErrno(ENOSPC));
@@ -104,8 +63,8 @@ TEST(TrashFailure, FailedWriteKeepsTheFile) {
 
 TEST(TrashFailure, FailedMoveRemovesTheRecord) {
     Scene scene;
-    FaultyPlatform platform;
-    platform.failMove = EIO;
+    FaultPlatform platform;
+    failEvery(platform, "moveNoReplace", EIO);
     Status trashed = moveToTrash(platform, scene.file);
     ASSERT_FALSE(trashed.ok());
     EXPECT_TRUE(trashed.error().isErrno(EIO));
@@ -115,8 +74,8 @@ TEST(TrashFailure, FailedMoveRemovesTheRecord) {
 
 TEST(TrashFailure, MoveAcrossDevicesIsNotCopied) {
     Scene scene;
-    FaultyPlatform platform;
-    platform.failMove = EXDEV;
+    FaultPlatform platform;
+    failEvery(platform, "moveNoReplace", EXDEV);
     Status trashed = moveToTrash(platform, scene.file);
     ASSERT_FALSE(trashed.ok());
     EXPECT_TRUE(trashed.error().isErrno(EXDEV));
@@ -125,8 +84,8 @@ TEST(TrashFailure, MoveAcrossDevicesIsNotCopied) {
 
 TEST(TrashFailure, FailedRecordCreationKeepsTheFile) {
     Scene scene;
-    FaultyPlatform platform;
-    platform.failCreate = EACCES;
+    FaultPlatform platform;
+    failEvery(platform, "createExclusive", EACCES);
     Status trashed = moveToTrash(platform, scene.file);
     ASSERT_FALSE(trashed.ok());
     EXPECT_TRUE(trashed.error().isErrno(EACCES));
@@ -136,8 +95,8 @@ TEST(TrashFailure, FailedRecordCreationKeepsTheFile) {
 
 TEST(TrashFailure, UncreatableHomeTrashIsReported) {
     Scene scene;
-    FaultyPlatform platform;
-    platform.failMakeDirectory = EACCES;
+    FaultPlatform platform;
+    failEvery(platform, "makeDirectory", EACCES);
     Status trashed = moveToTrash(platform, scene.file);
     ASSERT_FALSE(trashed.ok());
     EXPECT_TRUE(trashed.error().isErrno(EACCES));
@@ -149,7 +108,7 @@ TEST(TrashFailure, UncreatableHomeTrashIsReported) {
 
 TEST(TrashFailure, HomeTrashThatIsAFileIsReported) {
     Scene scene;
-    FaultyPlatform platform;
+    FaultPlatform platform;
     std::string blocker = scene.home.writeFile(".local/share/Trash", "not a folder");
     Status trashed = moveToTrash(platform, scene.file);
     ASSERT_FALSE(trashed.ok());
@@ -161,8 +120,16 @@ TEST(TrashFailure, HomeTrashThatIsAFileIsReported) {
 
 TEST(TrashFailure, NameTakenDuringTheMoveMovesOnToAFreeName) {
     Scene scene;
-    FaultyPlatform platform;
-    platform.movesFindingTheNameTaken = 2;
+    FaultPlatform platform;
+    // The first two moves find the name taken, without moving anything.
+    int taken = 2;
+    platform.fault = [&](const std::string& operation, const std::string&) -> std::optional<Error> {
+        if (operation == "moveNoReplace" && taken > 0) {
+            --taken;
+            return Error::fromErrno(EEXIST);
+        }
+        return std::nullopt;
+    };
     Status trashed = moveToTrash(platform, scene.file);
     ASSERT_TRUE(trashed.ok()) << trashed.error().description;
     EXPECT_FALSE(existsNoFollow(scene.file));
@@ -173,7 +140,7 @@ TEST(TrashFailure, NameTakenDuringTheMoveMovesOnToAFreeName) {
 
 TEST(TrashFailure, AHomeTrashThatCannotBeExaminedIsNoReasonToUseAnother) {
     Scene scene;
-    quorrin::testing::FaultPlatform platform;
+    FaultPlatform platform;
     std::vector<std::string> elsewhere;
     const std::string home = scene.home.home();
     platform.fault = [&](const std::string& operation,
