@@ -2,6 +2,8 @@
 // daylight-saving changes, nanosecond precision, range limits and the user's default zone.
 #include "engine/calendar.h"
 
+#include "tests/support/utc.h"
+
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
@@ -16,13 +18,7 @@ namespace {
 
 using std::chrono::nanoseconds;
 
-// A UTC instant; local times in the tests are written out with their known offset.
-Instant utc(int year, unsigned month, unsigned day, int hour = 0, int minute = 0, int second = 0) {
-    using namespace std::chrono;
-    return Instant(
-        sys_days(std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day)) +
-        hours(hour) + minutes(minute) + seconds(second));
-}
+using quorrin::testing::utc;
 
 const Instant earliest = Instant(nanoseconds::min());
 const Instant latest = Instant(nanoseconds::max());

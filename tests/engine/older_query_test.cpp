@@ -4,6 +4,7 @@
 
 #include "platform/platform.h"
 #include "tests/support/temp_home.h"
+#include "tests/support/utc.h"
 
 #include <chrono>
 #include <cstdint>
@@ -19,14 +20,9 @@ namespace {
 using std::chrono::nanoseconds;
 using std::chrono::seconds;
 
-// A UTC instant; local times in the tests are written out with their known offset
+// Local times in the tests are written out with their known offset
 // (Berlin: CET +1, CEST +2; New York: EST -5, EDT -4).
-Instant utc(int year, unsigned month, unsigned day, int hour = 0, int minute = 0, int second = 0) {
-    using namespace std::chrono;
-    return Instant(
-        sys_days(std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day)) +
-        hours(hour) + minutes(minute) + seconds(second));
-}
+using quorrin::testing::utc;
 
 const Instant earliest = Instant(nanoseconds::min());
 const Instant latest = Instant(nanoseconds::max());
