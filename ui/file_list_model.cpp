@@ -168,7 +168,7 @@ void FileListModel::scheduleRecompute() {
 }
 
 platform::Instant FileListModel::now() const {
-    return platform::system().now();
+    return store_ ? store_->now() : platform::system().now();
 }
 
 FileListModel::Result FileListModel::build(IndexSlot& index, const ListSnapshot& source,

@@ -8,6 +8,7 @@
 #include "ui/bytes.h"
 #include "ui/date_text.h"
 #include "ui/find_older_text.h"
+#include "ui/store_facade.h"
 
 #include <QVariantMap>
 
@@ -90,8 +91,9 @@ QString Format::presetLabel(int months) const {
     return ui::presetLabel(months);
 }
 
-QString Format::olderHint(const QString& mode, double months) const {
-    return ui::olderHint(modeOf(mode), months, platform::system().now(),
+QString Format::olderHint(const QString& mode, double months, QObject* store) const {
+    const auto* facade = qobject_cast<const StoreFacade*>(store);
+    return ui::olderHint(modeOf(mode), months, facade ? facade->now() : platform::system().now(),
                          Engine::Calendar::current());
 }
 

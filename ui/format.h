@@ -46,8 +46,9 @@ public:
     Q_INVOKABLE QString ageLabel(double months) const;
     Q_INVOKABLE QString ageHeading(const QString& mode, double months) const;
     Q_INVOKABLE QString presetLabel(int months) const;
-    // The hint under the presets, for the current moment.
-    Q_INVOKABLE QString olderHint(const QString& mode, double months) const;
+    // The hint under the presets, for the current moment by the clock of `store` (the `Store`
+    // singleton; the system clock when it is not one).
+    Q_INVOKABLE QString olderHint(const QString& mode, double months, QObject* store) const;
     Q_INVOKABLE QString abbreviatedDate(const QDateTime& date) const;
     Q_INVOKABLE QString monthAndYear(const QDateTime& date) const;
     // The first day of the month holding `date`, and that day moved by `months` months, for the

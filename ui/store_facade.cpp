@@ -14,9 +14,12 @@ QString pathText(const std::string& path) {
 
 }  // namespace
 
-StoreFacade::StoreFacade(QObject* parent)
+StoreFacade::StoreFacade(QObject* parent) : StoreFacade(platform::system(), parent) {}
+
+StoreFacade::StoreFacade(platform::Platform& platform, QObject* parent)
     : QObject(parent),
-      store_(std::make_unique<store::Store>(executor_)),
+      platform_(platform),
+      store_(std::make_unique<store::Store>(executor_, platform)),
       activity_(store_->activity(), this) {
     snapshot_.files = std::make_shared<const std::vector<Engine::Entry>>();
     snapshot_.olderFiles = std::make_shared<const std::vector<Engine::Entry>>();

@@ -60,6 +60,8 @@ class StoreFacade : public QObject, private store::StoreObserver {
 
 public:
     explicit StoreFacade(QObject* parent = nullptr);
+    // A Store over `platform`, whose clock the pages read too (tests fix it).
+    explicit StoreFacade(platform::Platform& platform, QObject* parent = nullptr);
     ~StoreFacade() override;
 
     static StoreFacade* create(QQmlEngine* qmlEngine, QJSEngine* jsEngine);
@@ -68,6 +70,8 @@ public:
     const store::Store& store() const { return *store_; }
     QtExecutor& executor() { return executor_; }
     const ListSnapshot& snapshot() const { return snapshot_; }
+    // The time now, by the clock of the Store's platform.
+    platform::Instant now() const { return platform_.now(); }
 
     QStringList roots() const;
     QStringList rootNames() const;
@@ -133,6 +137,7 @@ private:
     void updateDuplicateBytes();
     void updateStale();
 
+    platform::Platform& platform_;
     QtExecutor executor_;  // outlives the Store: it waits for background work when destroyed
     std::unique_ptr<store::Store> store_;
     ActivityModel activity_;

@@ -161,7 +161,7 @@ Panel {
             Text {
                 objectName: "olderHint"
                 Layout.fillWidth: true
-                text: Format.olderHint(controls.list.olderMode, controls.list.ageMonths)
+                text: Format.olderHint(controls.list.olderMode, controls.list.ageMonths, Store)
                 color: Theme.text
                 font.pixelSize: 12
                 wrapMode: Text.WordWrap
