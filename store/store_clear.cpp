@@ -4,6 +4,7 @@
 #include "engine/paths.h"
 #include "store/history_file.h"
 #include "store/history_lock.h"
+#include "store/platform_texts.h"
 #include "store/store.h"
 
 #include <algorithm>
@@ -100,8 +101,7 @@ void Store::undo() {
     (void)history.write(moves_);  // a failure leaves the old file; its records are re-checked
     files_.clear();
     set(Property::files);
-    log("Restored " + std::to_string(restored) +
-        " arranged files. Trashed files can be restored from Finder Trash.");
+    log(undoSummary(restored));
     setBusy(false);
 }
 
