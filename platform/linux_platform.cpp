@@ -321,7 +321,17 @@ UsageDates LinuxPlatform::readUsageDates() {
     std::string folder = (dataHome && !dataHome->empty() && dataHome->front() == '/')
                              ? *dataHome
                              : homeFolder() + "/.local/share";
-    return readRecentlyUsed(folder + "/recently-used.xbel");
+    UsageDates dates = readRecentlyUsed(folder + "/recently-used.xbel");
+    // Apps installed as Flatpaks keep their own list in their sandbox's data folder,
+    // ~/.var/app/<app id>/data. A folder or list that cannot be read adds nothing.
+    const std::string apps = homeFolder() + "/.var/app";
+    if (auto directory = LinuxPlatform::openDirectory(apps)) {
+        if (auto names = LinuxPlatform::readDirectory(*directory)) {
+            for (const std::string& name : *names)
+                keepLatest(dates, readRecentlyUsed(apps + "/" + name + "/data/recently-used.xbel"));
+        }
+    }
+    return dates;
 }
 
 ImageProbe LinuxPlatform::probeImage(const std::string& path) {

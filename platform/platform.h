@@ -107,7 +107,8 @@ public:
     virtual Instant now() = 0;
 
     // Desktop services.
-    // The recently-used list; empty when there is none or it cannot be read.
+    // The recently-used lists, the desktop's and those of sandboxed apps: for each file the latest
+    // time over all of them; empty when there is none or none can be read.
     virtual UsageDates readUsageDates() = 0;
     virtual ImageProbe probeImage(const std::string& path) = 0;
     // True when the document structure loads and is not locked by a password.

@@ -182,4 +182,12 @@ UsageDates readRecentlyUsed(const std::string& xbelPath) {
     return dates;
 }
 
+void keepLatest(UsageDates& dates, const UsageDates& more) {
+    for (const auto& [path, when] : more) {
+        auto [it, inserted] = dates.emplace(path, when);
+        if (!inserted)
+            it->second = std::max(it->second, when);
+    }
+}
+
 }  // namespace quorrin::platform

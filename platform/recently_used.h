@@ -12,4 +12,7 @@ namespace quorrin::platform {
 // other schemes or hosts are left out; a missing, unreadable or malformed list gives an empty map.
 UsageDates readRecentlyUsed(const std::string& xbelPath);
 
+// Adds the dates of `more` to `dates`, keeping for each file the later of the two.
+void keepLatest(UsageDates& dates, const UsageDates& more);
+
 }  // namespace quorrin::platform

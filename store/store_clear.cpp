@@ -4,6 +4,7 @@
 #include "engine/paths.h"
 #include "store/history_file.h"
 #include "store/history_lock.h"
+#include "store/platform_texts.h"
 #include "store/store.h"
 
 #include <algorithm>
@@ -108,8 +109,7 @@ void Store::undo() {
         undoneUnsaved_.insert(undoneUnsaved_.end(), putBack.begin(), putBack.end());
     files_.clear();
     set(Property::files);
-    log("Restored " + std::to_string(restored) +
-        " arranged files. Trashed files can be restored from Finder Trash.");
+    log(undoSummary(restored));
     setBusy(false);
 }
 

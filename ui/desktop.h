@@ -32,7 +32,7 @@ void setLauncher(Launcher* replacement);
 
 // "Open": the file with its default application.
 void openFile(const QString& path);
-// "Show in Finder": the file selected in the file manager through
+// "Show in Folder": the file selected in the file manager through
 // org.freedesktop.FileManager1.ShowItems, or its folder opened when no file manager answers.
 void revealFile(const QString& path);
 // "Copy path": the full path as plain text on the clipboard.

@@ -170,7 +170,7 @@ TEST_F(CliTest, CorruptSettingsAndHistoryLeaveTheToolWorking) {
     EXPECT_EQ(started.status, 0);
     EXPECT_TRUE(existsNoFollow(downloads("04 Documents/a.txt")));
     EXPECT_EQ(run({"undo"}).out,
-              "Restored 1 arranged files. Trashed files can be restored from Finder Trash.\n");
+              "Restored 1 arranged files. Trashed files can be restored from the Trash.\n");
     EXPECT_TRUE(existsNoFollow(downloads("a.txt")));
     // The unreadable settings were kept aside, not lost, once something was saved.
     run({"keep", downloads("a.txt")});

@@ -64,7 +64,7 @@ TEST_F(StartCli, ArrangesTrashesRecordsAndUndoes) {
     auto undone = run({"undo"});
     EXPECT_EQ(undone.status, 0);
     EXPECT_EQ(undone.out,
-              "Restored 7 arranged files. Trashed files can be restored from Finder Trash.\n");
+              "Restored 7 arranged files. Trashed files can be restored from the Trash.\n");
     EXPECT_EQ(readFile(downloads("clip.mov")), "video");
     EXPECT_EQ(readFile(downloads("design.psd")), "project file");
     EXPECT_EQ(readFile(downloads("notes")), "other");

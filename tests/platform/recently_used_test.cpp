@@ -1,4 +1,5 @@
-// The recently-used list: real recently-used.xbel files, written by GLib itself or by hand.
+// The recently-used lists: real recently-used.xbel files, written by GLib itself or by hand, the
+// desktop's own and those of apps installed as Flatpaks.
 #include "platform/recently_used.h"
 
 #include "platform/linux_platform.h"
@@ -11,6 +12,7 @@
 #include <glib.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace quorrin::platform {
 namespace {
@@ -234,6 +236,81 @@ TEST(RecentlyUsed, AnAbsoluteXdgDataHomeIsHonoured) {
     UsageDates dates = platform.readUsageDates();
     EXPECT_EQ(dates.size(), 1u);
     EXPECT_EQ(dates.count("/home/someone/b.txt"), 1u);
+}
+
+// Flatpak apps keep their own list in their sandbox's data folder; the latest time over every
+// list counts, and a list that cannot be read takes nothing away from the others.
+TEST(RecentlyUsed, SandboxedAppsListsCountWithTheDesktopsList) {
+    TempHome home;
+    auto list = [](const std::string& entries) {
+        return std::string(listHead) + entries + listTail;
+    };
+    auto visited = [](const char* when) { return std::string("visited=\"") + when + "\""; };
+    // Each file's latest use is in a different list; "both.pdf" is in all three.
+    home.writeFile(
+        ".local/share/recently-used.xbel",
+        list(bookmark("file:///home/someone/desktop.txt", visited("2024-03-01T00:00:00Z")) +
+             bookmark("file:///home/someone/both.pdf", visited("2022-01-01T00:00:00Z"))));
+    home.writeFile(
+        ".var/app/org.example.Viewer/data/recently-used.xbel",
+        list(bookmark("file:///home/someone/both.pdf", visited("2024-06-01T12:00:00Z")) +
+             bookmark("file:///home/someone/viewer.pdf", visited("2023-01-01T00:00:00Z"))));
+    home.writeFile(
+        ".var/app/org.example.Writer/data/recently-used.xbel",
+        list(bookmark("file:///home/someone/both.pdf", visited("2023-06-01T00:00:00Z")) +
+             bookmark("file:///home/someone/desktop.txt", visited("2020-01-01T00:00:00Z"))));
+    // Lists that cannot be read: a malformed one, a folder in a list's place, and an app that has
+    // no list at all; each is skipped.
+    home.writeFile(".var/app/org.example.Broken/data/recently-used.xbel",
+                   list("<bookmark href=\"file:///home/someone/both.pdf\" visited=\"2025-"));
+    home.makeDir(".var/app/org.example.Folder/data/recently-used.xbel");
+    home.makeDir(".var/app/org.example.Empty/data");
+
+    StderrCapture capture;
+    UsageDates dates = LinuxPlatform().readUsageDates();
+    EXPECT_EQ(capture.finish(), "");
+    EXPECT_EQ(dates.size(), 3u);
+    EXPECT_EQ(dates.at("/home/someone/desktop.txt"), instant(1'709'251'200));  // 2024-03-01
+    EXPECT_EQ(dates.at("/home/someone/both.pdf"), instant(1'717'243'200));     // 2024-06-01 12:00
+    EXPECT_EQ(dates.at("/home/someone/viewer.pdf"), instant(1'672'531'200));   // 2023-01-01
+}
+
+// A list (or an app's whole folder) the user cannot read is skipped. Root reads any file whatever
+// its mode, so then the list counts like any other.
+TEST(RecentlyUsed, AListWithoutReadPermissionIsSkipped) {
+    TempHome home;
+    const std::string entry =
+        std::string(listHead) +
+        bookmark("file:///home/someone/a.pdf", "visited=\"2024-06-01T00:00:00Z\"") + listTail;
+    home.writeFile(".local/share/recently-used.xbel",
+                   std::string(listHead) +
+                       bookmark("file:///home/someone/a.pdf", "visited=\"2021-01-01T00:00:00Z\"") +
+                       listTail);
+    std::string locked =
+        home.writeFile(".var/app/org.example.Locked/data/recently-used.xbel", entry);
+    ASSERT_EQ(::chmod(locked.c_str(), 0), 0);
+    std::string closed =
+        home.writeFile(".var/app/org.example.Closed/data/recently-used.xbel", entry);
+    std::string closedApp = home.path(".var/app/org.example.Closed");
+    ASSERT_EQ(::chmod(closedApp.c_str(), 0), 0);
+
+    UsageDates dates = LinuxPlatform().readUsageDates();
+    ::chmod(closedApp.c_str(), 0700);
+    ASSERT_EQ(dates.size(), 1u);
+    const Instant expected = ::geteuid() == 0 ? instant(1'717'200'000) : instant(1'609'459'200);
+    EXPECT_EQ(dates.at("/home/someone/a.pdf"), expected);
+}
+
+// With no sandboxed apps, or a file where their folder would be, the desktop's list alone counts.
+TEST(RecentlyUsed, NoSandboxedAppsFolderIsNoFailure) {
+    TempHome home;
+    home.writeFile(".local/share/recently-used.xbel",
+                   std::string(listHead) +
+                       bookmark("file:///home/someone/a.pdf", "visited=\"2021-01-01T00:00:00Z\"") +
+                       listTail);
+    EXPECT_EQ(LinuxPlatform().readUsageDates().at("/home/someone/a.pdf"), instant(1'609'459'200));
+    home.writeFile(".var/app", "not a folder");
+    EXPECT_EQ(LinuxPlatform().readUsageDates().at("/home/someone/a.pdf"), instant(1'609'459'200));
 }
 
 }  // namespace

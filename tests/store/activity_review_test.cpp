@@ -1,6 +1,8 @@
 // The activity log, the stale Downloads files and the weekly review.
 #include "tests/support/store/store_fixture.h"
 
+#include <ctime>
+
 #include <gtest/gtest.h>
 
 namespace quorrin::store {
@@ -70,6 +72,31 @@ TEST_F(Stale, AKeptFileIsNeverStale) {
     scan();
     f.store->keep(*f.file(kept));
     EXPECT_EQ(stalePaths(), (std::vector<std::string>{other}));
+}
+
+// A download opened only in an app installed as a Flatpak is in that app's own recently-used
+// list, not the desktop's: it still counts as used.
+TEST_F(Stale, AFileOpenedInASandboxedAppIsNotStale) {
+    std::string manual = f.home.writeFile("Downloads/manual.pdf");
+    std::string unopened = f.home.writeFile("Downloads/unopened.pdf");
+    setModified(manual, 1'000);
+    setModified(unopened, 1'000);
+    const std::time_t yesterday = std::time(nullptr) - 86'400;
+    std::tm parts{};
+    ::gmtime_r(&yesterday, &parts);
+    char visited[32];
+    std::strftime(visited, sizeof visited, "%Y-%m-%dT%H:%M:%SZ", &parts);
+    f.home.writeFile(".var/app/org.example.Viewer/data/recently-used.xbel",
+                     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<xbel version=\"1.0\">\n"
+                     "  <bookmark href=\"file://" +
+                         manual + "\" visited=\"" + visited + "\"/>\n</xbel>\n");
+    f.open();
+    f.store->scan({.usageDates = true});
+    f.settle();
+    std::vector<std::string> stale;
+    for (const auto& entry : f.store->stale(platform::Instant(seconds(std::time(nullptr)))))
+        stale.push_back(entry.url);
+    EXPECT_EQ(stale, (std::vector<std::string>{unopened}));
 }
 
 TEST_F(Stale, LastUsedDatesDecideWhenTheyAreRead) {

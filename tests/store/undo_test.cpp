@@ -37,7 +37,7 @@ TEST(Undo, AChainOfMovesUnwindsInOrder) {
     EXPECT_TRUE(store.moves().empty());
     EXPECT_EQ(readFile(f.historyPath()), "[]");
     EXPECT_EQ(store.activity().front().text(),
-              "Restored 2 arranged files. Trashed files can be restored from Finder Trash.");
+              "Restored 2 arranged files. Trashed files can be restored from the Trash.");
 }
 
 TEST(Undo, MissingOrBlockedRecordsStayAndOnlyRealMovesCount) {
@@ -58,7 +58,7 @@ TEST(Undo, MissingOrBlockedRecordsStayAndOnlyRealMovesCount) {
     EXPECT_EQ(store.moves(), (std::vector<MoveRecord>{records[0], records[1]}));
     EXPECT_EQ(f.activityTexts(),
               (std::vector<std::string>{
-                  "Restored 1 arranged files. Trashed files can be restored from Finder Trash."}));
+                  "Restored 1 arranged files. Trashed files can be restored from the Trash."}));
     // A second undo retries only what stayed.
     ASSERT_EQ(::unlink(blockedFrom.c_str()), 0);
     store.undo();
@@ -173,7 +173,7 @@ TEST(Undo, NothingIsFetchedThroughACategoryFolderSwappedForALink) {
     EXPECT_EQ(store.moves().size(), 1u);
     EXPECT_EQ(f.activityTexts(),
               (std::vector<std::string>{
-                  "Restored 1 arranged files. Trashed files can be restored from Finder Trash.",
+                  "Restored 1 arranged files. Trashed files can be restored from the Trash.",
                   "Category destination is not a normal folder.",
                   "Done • 2 files arranged • 0 duplicates sent to Trash"}));
 }

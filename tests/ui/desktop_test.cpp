@@ -1,4 +1,4 @@
-// The desktop actions: Open, Show in Finder with its fallback, Copy path, Open Trash.
+// The desktop actions: Open, Show in Folder with its fallback, Copy path, Open Trash.
 #include "ui/desktop.h"
 
 #include "tests/support/temp_home.h"
@@ -22,14 +22,14 @@ TEST(Desktop, OpenGivesTheFileToItsDefaultApplication) {
     EXPECT_EQ(desktop.opened, QList<QUrl>{QUrl::fromLocalFile("/home/someone/Documents/a b.pdf")});
 }
 
-TEST(Desktop, ShowInFinderAsksTheFileManagerToSelectTheFile) {
+TEST(Desktop, ShowInFolderAsksTheFileManagerToSelectTheFile) {
     RecordingLauncher desktop;
     revealFile(QStringLiteral("/home/someone/Documents/a.pdf"));
     EXPECT_EQ(desktop.shown, QList<QUrl>{QUrl::fromLocalFile("/home/someone/Documents/a.pdf")});
     EXPECT_TRUE(desktop.opened.isEmpty());
 }
 
-TEST(Desktop, ShowInFinderOpensTheFolderWhenNoFileManagerAnswers) {
+TEST(Desktop, ShowInFolderOpensTheFolderWhenNoFileManagerAnswers) {
     RecordingLauncher desktop;
     desktop.showsItems = false;
     revealFile(QStringLiteral("/home/someone/Documents/a.pdf"));

@@ -63,7 +63,11 @@ TEST_F(FindOlderControls, StartsAtTwoYearsCreatedOlderThan) {
     EXPECT_TRUE(highlighted("2y"));
     EXPECT_EQ(ui.text("ageRangeCaption"), "1 month – 5 years");
     EXPECT_TRUE(ui.text("olderHint").startsWith("Includes files dated on or before "));
-    EXPECT_TRUE(ui.text("olderNote").startsWith("Dates come from macOS file metadata."));
+    EXPECT_EQ(ui.text("olderNote"),
+              "Dates come from the file system's metadata. Copying or restoring a file can change "
+              "its Created date; use Last modified date for when you last edited it. Files without "
+              "a Created date are excluded in Created mode. Personal project folders are searched; "
+              "app/system data and packages are skipped. This view does not move or delete files.");
 }
 
 TEST_F(FindOlderControls, HeadingsForTheAge) {

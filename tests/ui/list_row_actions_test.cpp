@@ -1,4 +1,4 @@
-// A row's actions: "Show in Finder", and the context menu's "Open", "Show in Finder" and
+// A row's actions: "Show in Folder", and the context menu's "Open", "Show in Folder" and
 // "Copy path".
 #include "tests/support/ui/qt_printing.h"
 #include "tests/support/ui/recording_launcher.h"
@@ -31,9 +31,9 @@ protected:
     QString path;
 };
 
-TEST_F(ListRowActions, ShowInFinderRevealsTheFile) {
+TEST_F(ListRowActions, ShowInFolderRevealsTheFile) {
     QQuickItem* row = ui.row("March 2024.pdf");
-    EXPECT_EQ(ui.text("rowRevealButton", row), "Show in Finder");
+    EXPECT_EQ(ui.text("rowRevealButton", row), "Show in Folder");
     ui.clickIn(row, "rowRevealButton");
     EXPECT_EQ(desktop.shown, QList<QUrl>{QUrl::fromLocalFile(path)});
 }
@@ -51,7 +51,7 @@ TEST_F(ListRowActions, TheMenuEntriesReadAsTheyShould) {
     ui.click(ui.row("March 2024.pdf"), Qt::RightButton);
     ASSERT_TRUE(ui.waitFor([&] { return ui.isShown("menuOpen"); }));
     EXPECT_EQ(ui.text("menuOpen"), "Open");
-    EXPECT_EQ(ui.text("menuReveal"), "Show in Finder");
+    EXPECT_EQ(ui.text("menuReveal"), "Show in Folder");
     EXPECT_EQ(ui.text("menuCopyPath"), "Copy path");
 }
 

@@ -18,7 +18,7 @@ TEST(ShellFirstOpen, OverviewWithItsTitleSubtitleAndQuickScan) {
     EXPECT_EQ(window.height(), 800);
     EXPECT_EQ(window.property("page").toString(), "Overview");
     EXPECT_EQ(ui.text("headerTitle"), "Make room for what matters.");
-    EXPECT_EQ(ui.text("headerSubtitle"), "A calmer Mac begins with a cleaner space.");
+    EXPECT_EQ(ui.text("headerSubtitle"), "A calmer computer begins with a cleaner space.");
     EXPECT_EQ(ui.text("pageActionButton"), "Quick scan");
     EXPECT_EQ(ui.text("startButton"), "Start");
     EXPECT_TRUE(ui.isShown("overviewPage"));
@@ -52,7 +52,7 @@ TEST(ShellFirstOpen, BrandAndFooter) {
     EXPECT_EQ(tagline->property("font").value<QFont>().pixelSize(), 9);
     EXPECT_NEAR(tagline->property("font").value<QFont>().letterSpacing(), 1.8, 0.01);
     EXPECT_EQ(ui.text("footerTitle"), "LOCAL • PRIVATE");
-    EXPECT_EQ(ui.text("footerNote"), "Files stay on your Mac.");
+    EXPECT_EQ(ui.text("footerNote"), "Files stay on this computer.");
 }
 
 TEST(ShellFirstOpen, TheSidebarListsTheNinePagesInOrder) {

@@ -39,8 +39,8 @@ TEST_F(ShellTrashConfirmation, AsksFirstWithItsTexts) {
     ASSERT_TRUE(ui.waitFor([&] { return ui.isShown("trashTitle"); }));
     EXPECT_EQ(ui.text("trashTitle"), "Move selected files to Trash?");
     EXPECT_EQ(ui.text("trashMessage"),
-              "Kept files are protected. You can restore trashed files from Finder. Duplicate "
-              "originals are checked again before removal.");
+              "Kept files are protected. You can restore trashed files from the Trash. "
+              "Duplicate originals are checked again before removal.");
     EXPECT_EQ(ui.text("moveToTrashButton"), "Move to Trash");
     EXPECT_EQ(ui.text("cancelTrashButton"), "Cancel");
 }

@@ -30,7 +30,7 @@ TEST(ShellUndo, StartThenUndoArrangement) {
     EXPECT_TRUE(fs::exists(ui.home.path("Documents/report.pdf")));
     EXPECT_TRUE(fs::exists(ui.home.path("Desktop/song.mp3")));
     EXPECT_EQ(ui.text("statusText"),
-              "Restored 2 arranged files. Trashed files can be restored from Finder Trash.");
+              "Restored 2 arranged files. Trashed files can be restored from the Trash.");
     EXPECT_FALSE(ui.isShown("undoButton"));
 }
 

@@ -1,5 +1,5 @@
 // One row of the file list: checkbox, icon, name and detail, the date on FindOlder, size, the kept
-// mark and the row buttons; a right click opens "Open", "Show in Finder" and "Copy path".
+// mark and the row buttons; a right click opens "Open", "Show in Folder" and "Copy path".
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
@@ -140,7 +140,7 @@ Rectangle {
         }
         AppButton {
             objectName: "rowRevealButton"
-            text: "Show in Finder"
+            text: PlatformTexts.showInFileManager
             quiet: true
             implicitHeight: 28
             textSize: 12
@@ -177,7 +177,7 @@ Rectangle {
             border.color: Theme.strokeStrong
         }
         MenuEntry { objectName: "menuOpen"; text: "Open"; onTriggered: row.list.open(row.index) }
-        MenuEntry { objectName: "menuReveal"; text: "Show in Finder"; onTriggered: row.list.reveal(row.index) }
+        MenuEntry { objectName: "menuReveal"; text: PlatformTexts.showInFileManager; onTriggered: row.list.reveal(row.index) }
         MenuEntry { objectName: "menuCopyPath"; text: "Copy path"; onTriggered: row.list.copyPath(row.index) }
     }
 }

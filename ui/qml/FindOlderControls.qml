@@ -171,7 +171,7 @@ Panel {
         Text {
             objectName: "olderNote"
             Layout.fillWidth: true
-            text: "Dates come from macOS file metadata. Copying or restoring a file can change its Created date; use Last modified date for when you last edited it. Files without a Created date are excluded in Created mode. Personal project folders are searched; app/system data and packages are skipped. This view does not move or delete files."
+            text: PlatformTexts.findOlderNote
             color: Theme.secondary
             font.pixelSize: Theme.caption
             lineHeight: 1.2

@@ -142,10 +142,12 @@ PageFlickable {
                     onToggled: Store.inspect = checked
                 }
                 Note {
-                    text: "If macOS blocks access, allow Documents, Downloads and Desktop in System Settings → Privacy & Security → Files and Folders. Protected projects and app data are skipped. Cloud-only files may download during content comparison."
+                    objectName: "accessNote"
+                    text: PlatformTexts.accessNote
                 }
                 Note {
-                    text: "Quick scan reads names, sizes and dates without opening file content. Use Duplicates → Check duplicates and File health → Check health separately. Start still compares full content when automatic duplicate clearing is ON; switch it OFF for faster arrangement. Downloads → Check usage reads Spotlight history and can take longer. Local image/PDF health checks may open cloud files."
+                    objectName: "scanNote"
+                    text: PlatformTexts.scanNote
                 }
             }
         }

@@ -13,7 +13,7 @@ Item {
     readonly property string subtitle: {
         switch (page) {
         case "Overview":
-            return "A calmer Mac begins with a cleaner space."
+            return PlatformTexts.overviewSubtitle
         case "FindOlder":
             return "Find personal files by their actual Created or Last modified date. Connected folders only."
         case "Duplicates":

@@ -105,7 +105,7 @@ ApplicationWindow {
                 }
                 FoldersSettingsPage {
                     objectName: "foldersSettingsPage"
-                    onAddFolderRequested: folderChooser.open()
+                    onAddFolderRequested: FolderPortal.choose(window)
                 }
                 ActivityPage {
                     objectName: "activityPage"
@@ -122,5 +122,12 @@ ApplicationWindow {
     FolderChooser {
         id: folderChooser
         onChosen: (paths) => Store.addFolders(paths)
+    }
+
+    // The desktop's own chooser answers through the portal; ours opens when no portal answers.
+    Connections {
+        target: FolderPortal
+        function onChosen(paths) { Store.addFolders(paths) }
+        function onUnavailable() { folderChooser.open() }
     }
 }

@@ -153,7 +153,7 @@ Rectangle {
                 }
                 Text {
                     objectName: "footerNote"
-                    text: "Files stay on your Mac."
+                    text: PlatformTexts.sidebarFooter
                     color: Theme.secondary
                     font.pixelSize: Theme.caption
                 }

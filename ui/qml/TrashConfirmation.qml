@@ -56,7 +56,7 @@ Dialog {
             objectName: "trashMessage"
             Layout.fillWidth: true
             Layout.topMargin: 4
-            text: "Kept files are protected. You can restore trashed files from Finder. Duplicate originals are checked again before removal."
+            text: PlatformTexts.trashConfirmation
             color: Theme.secondary
             font.pixelSize: 13
             lineHeight: 1.2

@@ -34,6 +34,9 @@ int main(int argc, char** argv) {
         ::chmod(runtime.c_str(), 0700);
         qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(runtime));
     }
+    // The window's tests never reach the desktop's own session bus (a portal there would open
+    // the desktop's folder chooser); the tests that need a bus start a private one.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/quorrin-tests-have-no-session-bus");
     QGuiApplication app(argc, argv);
     quorrin::ui::prepareApplication(app);
     ::testing::InitGoogleTest(&argc, argv);
