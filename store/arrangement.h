@@ -4,6 +4,7 @@
 #include "engine/entry.h"
 #include "engine/move_record.h"
 #include "platform/platform.h"
+#include "store/start_plan.h"
 
 #include <optional>
 #include <set>
@@ -18,6 +19,9 @@ struct ArrangementRequest {
     bool autoDuplicates = true;
     std::set<std::string> kept;
     std::string historyPath;
+    // A plan made earlier (a preview) to carry out instead of planning now: only its files are
+    // touched, each re-checked as it is acted on.
+    std::optional<StartPlan> plan;
 };
 
 struct ArrangementResult {
@@ -36,9 +40,10 @@ struct ArrangementResult {
     std::optional<std::string> historyError;
 };
 
-// Runs on a background thread with copies. Holds the history lock for the whole run, writes the
-// history before every single move, and never overwrites: every move is a no-replace move into a
-// category folder opened without following links.
+// Runs on a background thread with copies. Holds the history lock for the whole run, plans the
+// run (planStart) unless given a plan, and carries the plan out: writes the history before every
+// single move, and never overwrites: every move is a no-replace move into a category folder
+// opened without following links, under the planned name while it is still free.
 ArrangementResult arrange(const ArrangementRequest& request, platform::Platform& platform);
 
 // Whether the entry lies loose in its root, or in one of the category folders "01 Videos" to

@@ -175,6 +175,8 @@ void StoreFacade::changed(store::Property property) {
         case Property::moves:
             emit movesChanged();
             break;
+        case Property::startPlan:
+            break;
     }
 }
 
