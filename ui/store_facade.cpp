@@ -17,7 +17,8 @@ QString pathText(const std::string& path) {
 StoreFacade::StoreFacade(QObject* parent)
     : QObject(parent),
       store_(std::make_unique<store::Store>(executor_)),
-      activity_(store_->activity(), this) {
+      activity_(store_->activity(), this),
+      startPlan_(this) {
     snapshot_.files = std::make_shared<const std::vector<Engine::Entry>>();
     snapshot_.olderFiles = std::make_shared<const std::vector<Engine::Entry>>();
     snapshot_.kept = std::make_shared<const std::set<std::string>>(store_->kept());
@@ -80,6 +81,18 @@ void StoreFacade::scanOlder() {
 
 void StoreFacade::undo() {
     store_->undo();
+}
+
+void StoreFacade::previewStart() {
+    store_->previewStart();
+}
+
+void StoreFacade::runStartPlan() {
+    store_->runStartPlan();
+}
+
+void StoreFacade::cancelStartPlan() {
+    store_->cancelStartPlan();
 }
 
 void StoreFacade::markReviewDone() {
@@ -176,6 +189,8 @@ void StoreFacade::changed(store::Property property) {
             emit movesChanged();
             break;
         case Property::startPlan:
+            startPlan_.reload(store_->startPlan());
+            emit startPlanChanged();
             break;
     }
 }
