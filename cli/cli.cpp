@@ -4,6 +4,7 @@
 #include "cli/arguments.h"
 #include "cli/json_listing.h"
 #include "cli/session.h"
+#include "cli/start_plan_text.h"
 #include "cli/usage.h"
 #include "engine/calendar.h"
 #include "engine/paths.h"
@@ -147,11 +148,37 @@ private:
 
     Status start(Words& words) {
         const bool keepDuplicates = words.flag("--keep-duplicates");
+        const bool dryRun = words.flag("--dry-run");
+        const bool json = words.flag("--json");
         if (auto wrong = words.noOperands())
             return *wrong;
+        if (json && !dryRun)
+            return words.error("--json goes with --dry-run");
         store().setAutoDuplicates(!keepDuplicates);
+        if (dryRun)
+            return preview(json);
         store().scan({.organize = true});
         return reportAction();
+    }
+
+    // Prints what Start would do, changing nothing: the plan, then the summary Start would log.
+    // The scan's own lines go to standard error.
+    int preview(bool json) {
+        store().previewStart();
+        session().finish();
+        for (const std::string& line : session().takeNewLines())
+            err_ << line << '\n';
+        const auto& plan = store().startPlan();
+        if (!plan)
+            return 1;
+        if (json) {
+            out_ << jsonPlan(*plan) << '\n';
+            return 0;
+        }
+        for (const store::StartAction* action : plan->shown())
+            out_ << planLine(*action) << '\n';
+        out_ << plan->summary() << '\n';
+        return 0;
     }
 
     Status undo(Words& words) {

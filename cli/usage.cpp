@@ -16,7 +16,7 @@ const std::string& usageText(const std::string& command) {
          "  folders [add PATH... | remove PATH...]   show, connect or disconnect folders\n"
          "  scan [--duplicates | --health | --usage]\n"
          "                                           scan the connected folders\n"
-         "  start [--keep-duplicates]                arrange loose files (and trash duplicates)\n"
+         "  start [--keep-duplicates] [--dry-run]    arrange loose files (and trash duplicates)\n"
          "  undo                                     put back the files arrangements moved\n"
          "  keep PATH... / unkeep PATH...            protect files from arrangement and cleaning\n"
          "  clear [--duplicates] PATH...             send files to the Trash after re-checking\n"
@@ -44,12 +44,17 @@ const std::string& usageText(const std::string& command) {
          "duplicates), --health checks images, PDFs, empty files and installers (Check health),\n"
          "--usage reads last-used dates (Check usage). Prints what the scan reported.\n"},
         {"start",
-         "Usage: quorrin-cli start [--keep-duplicates]\n"
+         "Usage: quorrin-cli start [--keep-duplicates] [--dry-run [--json]]\n"
          "\n"
          "Scans, sends exact duplicates to the Trash (unless --keep-duplicates), and moves the\n"
          "loose files of each connected folder into its numbered category folders, recording "
          "every\n"
-         "move so that 'quorrin-cli undo' can put them back.\n"},
+         "move so that 'quorrin-cli undo' can put them back.\n"
+         "\n"
+         "--dry-run changes nothing: it prints what Start would do, one line per action in the\n"
+         "order Start acts ('trash PATH (copy of ORIGINAL)', 'move FROM → TO', 'skip PATH:\n"
+         "MESSAGE'), then the summary Start would give. With --json it prints one JSON array of\n"
+         "{\"action\", \"path\"} objects with \"original\", \"to\" or \"message\".\n"},
         {"undo",
          "Usage: quorrin-cli undo\n"
          "\n"

@@ -15,9 +15,11 @@ std::string unique(const std::string& path, platform::Platform& platform) {
     // exist, a folder that cannot be searched) ends the search too: every later variant would
     // fail the same way, so counting on would never end. The caller's move never replaces
     // anything, so at worst it fails there with the system's own text.
-    const auto taken = [&](const std::string& candidate) {
-        return platform.stat(candidate, false).ok();
-    };
+    return unique(
+        path, [&](const std::string& candidate) { return platform.stat(candidate, false).ok(); });
+}
+
+std::string unique(const std::string& path, const std::function<bool(const std::string&)>& taken) {
     if (!taken(path))
         return path;
     const std::string folder(parentOf(path));

@@ -4,6 +4,7 @@
 #include "engine/entry.h"
 #include "platform/platform.h"
 
+#include <functional>
 #include <string>
 
 namespace quorrin::Engine {
@@ -13,6 +14,10 @@ namespace quorrin::Engine {
 // fails for another reason (too long, no permission) is returned as it is, to be refused by the
 // move that follows.
 std::string unique(const std::string& path, platform::Platform& platform = platform::system());
+
+// The same search with `taken` deciding which names are taken: for choosing names ahead of moves
+// that have not happened yet, on a view of the folder that counts them.
+std::string unique(const std::string& path, const std::function<bool(const std::string&)>& taken);
 
 // True only when the item at entry.url is still a regular file with the recorded size and exactly
 // the recorded modification instant.

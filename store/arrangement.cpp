@@ -68,46 +68,49 @@ public:
           result_(result),
           historyUnreadable_(std::move(historyUnreadable)) {}
 
-    void trashDuplicates() {
-        if (!request_.autoDuplicates)
-            return;
-        for (const Entry& file : request_.files) {
-            if (!file.duplicateOf || file.category == Engine::projectsCategory)
+    // Acts on each planned file in turn, re-checking it with the guards Start uses at the moment
+    // it acts; the plan's own skips become their messages.
+    void carryOut(const StartPlan& plan) {
+        for (const StartAction& action : plan.actions) {
+            const Entry& file = action.file;
+            // Kept since the plan was made: kept files are never arranged or trashed.
+            if (request_.kept.contains(file.id()) && action.kind != StartAction::Kind::skip)
                 continue;
-            if (request_.kept.contains(file.id()))
-                continue;
-            if (!looseInRoot(file) && !inOrdinaryCategoryFolder(file))
-                continue;
-            if (skipDownload(file))
-                continue;
-            if (!inRealFolder(file)) {
-                result_.messages.push_back("Kept " + nameOf(file) + ": " +
-                                           Engine::categoryDestinationError().description);
-                continue;
+            switch (action.kind) {
+                case StartAction::Kind::skip:
+                    result_.messages.push_back(action.message);
+                    break;
+                case StartAction::Kind::trash:
+                    trash(file);
+                    break;
+                case StartAction::Kind::move:
+                    if (action.ifTrashFails && (result_.trashed.contains(file.id()) ||
+                                                downloadsSkipped_.contains(file.id())))
+                        break;
+                    if (!skipDownload(file))
+                        moveFile(file, action.to);
+                    break;
             }
-            if (auto trashed = Engine::trash(file, true, platform_); trashed)
-                result_.trashed.insert(file.id());
-            else
-                result_.messages.push_back("Kept " + nameOf(file) + ": " +
-                                           trashed.error().description);
-        }
-    }
-
-    void arrangeFiles() {
-        for (const Entry& file : request_.files) {
-            if (result_.trashed.contains(file.id()) || request_.kept.contains(file.id()) ||
-                downloadsSkipped_.contains(file.id()))
-                continue;
-            bool toMove = looseInRoot(file) || (file.category == Engine::projectsCategory &&
-                                                inOrdinaryCategoryFolder(file));
-            if (toMove && !skipDownload(file))
-                moveFile(file);
         }
     }
 
 private:
-    // A download in progress, as the scan saw it or as the disk shows it now, is left where the
-    // browser writes it: moving it (or its placeholder) would break the browser's final rename.
+    void trash(const Entry& file) {
+        if (skipDownload(file))
+            return;
+        if (!inRealFolder(file)) {
+            result_.messages.push_back("Kept " + nameOf(file) + ": " +
+                                       Engine::categoryDestinationError().description);
+            return;
+        }
+        if (auto trashed = Engine::trash(file, true, platform_); trashed)
+            result_.trashed.insert(file.id());
+        else
+            result_.messages.push_back("Kept " + nameOf(file) + ": " + trashed.error().description);
+    }
+
+    // A download begun since the plan was made is left where the browser writes it: moving it (or
+    // its placeholder) would break the browser's final rename.
     bool skipDownload(const Entry& file) {
         if (!file.downloading && !Engine::downloadInProgress(file.url, platform_))
             return false;
@@ -116,7 +119,7 @@ private:
         return true;
     }
 
-    void moveFile(const Entry& file) {
+    void moveFile(const Entry& file, const std::string& planned) {
         const std::string name = nameOf(file);
         if (!Engine::unchanged(file, platform_)) {
             result_.messages.push_back("Changed file skipped: " + name);
@@ -133,12 +136,13 @@ private:
                                        ": File name is not valid UTF-8.");
             return;
         }
-        auto moved = tryMove(file, name);
+        auto moved = tryMove(file, name, planned);
         if (!moved)
             result_.messages.push_back("Could not move " + name + ": " + moved.error().description);
     }
 
-    platform::Status tryMove(const Entry& file, const std::string& name) {
+    platform::Status tryMove(const Entry& file, const std::string& name,
+                             const std::string& planned) {
         // No move without its record, and no record without the history it joins.
         if (historyUnreadable_)
             return *historyUnreadable_;
@@ -150,9 +154,12 @@ private:
             auto folder = openCategoryFolder(root, file.category, platform_);
             if (!folder)
                 return folder.error();
-            const std::string target = Engine::unique(
-                Engine::appendComponent(Engine::appendComponent(root, file.category), name),
-                platform_);
+            const std::string folderPath = Engine::appendComponent(root, file.category);
+            // The planned name first, as the plan promised; a name taken since is chosen again.
+            const std::string target =
+                attempt == 0 && !planned.empty() && Engine::parentOf(planned) == folderPath
+                    ? planned
+                    : Engine::unique(Engine::appendComponent(folderPath, name), platform_);
             MoveRecord record{file.url, target};
             if (auto written = writer_.append(record); !written)
                 return written.error();
@@ -237,8 +244,15 @@ ArrangementResult arrange(const ArrangementRequest& request, platform::Platform&
     }
     HistoryWriter writer(request.historyPath, result.history, platform);
     Run run(request, platform, writer, result, unreadable);
-    run.trashDuplicates();
-    run.arrangeFiles();
+    if (request.plan) {
+        run.carryOut(*request.plan);
+    } else {
+        run.carryOut(planStart({.files = request.files,
+                                .autoDuplicates = request.autoDuplicates,
+                                .kept = request.kept,
+                                .historyError = unreadable},
+                               platform));
+    }
     if (result.historyError)
         return result;  // rewriting the history would drop the records that could not be read
 

@@ -4,6 +4,7 @@
 #include "engine/entry.h"
 #include "engine/move_record.h"
 #include "platform/platform.h"
+#include "store/start_plan.h"
 
 #include <optional>
 #include <set>
@@ -21,6 +22,9 @@ struct ArrangementRequest {
     // Records this process already put back while the history file still lists them (the undo
     // could not save): dropped from the history read, so that they never come back.
     std::vector<Engine::MoveRecord> undone;
+    // A plan made earlier (a preview) to carry out instead of planning now: only its files are
+    // touched, each re-checked as it is acted on.
+    std::optional<StartPlan> plan;
 };
 
 struct ArrangementResult {
@@ -41,9 +45,10 @@ struct ArrangementResult {
     std::optional<std::string> historyError;
 };
 
-// Runs on a background thread with copies. Holds the history lock for the whole run, writes the
-// history before every single move, and never overwrites: every move is a no-replace move into a
-// category folder opened without following links.
+// Runs on a background thread with copies. Holds the history lock for the whole run, plans the
+// run (planStart) unless given a plan, and carries the plan out: writes the history before every
+// single move, and never overwrites: every move is a no-replace move into a category folder
+// opened without following links, under the planned name while it is still free.
 ArrangementResult arrange(const ArrangementRequest& request, platform::Platform& platform);
 
 // Whether the entry lies loose in its root, or in one of the category folders "01 Videos" to

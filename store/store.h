@@ -76,6 +76,8 @@ public:
     bool duplicatesChecked() const { return duplicatesChecked_; }
     bool healthChecked() const { return healthChecked_; }
     const std::vector<MoveRecord>& moves() const { return moves_; }
+    // The plan of the last preview of Start, until it is run or cancelled.
+    const std::optional<StartPlan>& startPlan() const { return startPlan_; }
 
     // Whether an operation of this Store was refused because another Quorrin held the undo
     // history's lock; a front end that runs one command turns it into its exit status.
@@ -106,6 +108,15 @@ public:
     void scan(ScanChoice choice);
     // "Find files": reads the dates of every file in the connected folders.
     void scanOlder();
+
+    // The preview of Start: scans as Start does and plans what Start would do, changing no file;
+    // the plan is published as `startPlan`.
+    void previewStart();
+    // Carries out the published plan: the files it lists and no others, each re-checked as Start
+    // re-checks it.
+    void runStartPlan();
+    // Drops the published plan.
+    void cancelStartPlan();
 
     // Kept files and clearing.
     void keep(const Entry& entry);
@@ -142,7 +153,9 @@ private:
                  std::function<void(Store&, Engine::ScanResult)> publish);
     void publishScan(std::vector<Entry> files, std::vector<std::string> notes, ScanChoice choice,
                      bool inspect, bool compareDuplicates, bool readUsageDates);
-    void startArrangement(std::vector<std::string> notes);
+    void startArrangement(std::vector<std::string> notes, std::optional<StartPlan> plan = {});
+    void startPlanning(std::vector<std::string> notes);
+    void setStartPlan(std::optional<StartPlan> plan);
     void finishArrangement(ArrangementResult outcome, std::vector<std::string> notes);
     platform::Status saveKept();
     // Reports a settings write that failed, after the operation's own line.
@@ -176,6 +189,7 @@ private:
     std::vector<MoveRecord> undoneUnsaved_;
     bool refusedByHistoryLock_ = false;
     bool settingsNotSaved_ = false;
+    std::optional<StartPlan> startPlan_;
 };
 
 }  // namespace quorrin::store

@@ -18,6 +18,7 @@ enum class Property {
     duplicatesChecked,
     healthChecked,
     moves,
+    startPlan,
 };
 
 class StoreObserver {

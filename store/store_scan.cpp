@@ -38,6 +38,7 @@ void Store::runScan(Engine::ScanRequest request,
 void Store::scan(ScanChoice choice) {
     if (busy_)
         return;
+    setStartPlan(std::nullopt);  // any scan may change what a preview showed
     setBusy(true);
     setStatus(firstStatus(choice));
     const bool inspect = choice.health && inspect_;
@@ -78,13 +79,14 @@ void Store::publishScan(std::vector<Entry> files, std::vector<std::string> notes
     startArrangement(std::move(notes));
 }
 
-void Store::startArrangement(std::vector<std::string> notes) {
+void Store::startArrangement(std::vector<std::string> notes, std::optional<StartPlan> plan) {
     setStatus("Organizing your files…");
     ArrangementRequest request{.files = files_,
                                .autoDuplicates = autoDuplicates_,
                                .kept = kept_,
                                .historyPath = logPath_,
-                               .undone = undoneUnsaved_};
+                               .undone = undoneUnsaved_,
+                               .plan = std::move(plan)};
     std::weak_ptr<Store*> weak = self_;
     Executor& executor = executor_;
     platform::Platform& platform = platform_;
@@ -140,22 +142,7 @@ void Store::finishArrangement(ArrangementResult outcome, std::vector<std::string
     for (const std::string& message : outcome.messages)
         log(message);
 
-    if (outcome.newMoves.empty() && outcome.trashed.empty()) {
-        std::vector<std::string> reasons = notes;
-        reasons.insert(reasons.end(), outcome.messages.begin(), outcome.messages.end());
-        if (reasons.empty())
-            log("No loose files need arrangement. Existing folders are preserved; no loose files "
-                "need sorting.");
-        else
-            log("No files changed • " + reasons.front());
-    } else {
-        std::string summary = "Done • " + std::to_string(outcome.newMoves.size()) +
-                              " files arranged • " + std::to_string(outcome.trashed.size()) +
-                              " duplicates sent to Trash";
-        if (!notes.empty() || !outcome.messages.empty())
-            summary += " • See Activity for skipped files";
-        log(summary);
-    }
+    log(startSummary(outcome.newMoves.size(), outcome.trashed.size(), notes, outcome.messages));
     setBusy(false);
 }
 

@@ -20,7 +20,8 @@ StoreFacade::StoreFacade(platform::Platform& platform, QObject* parent)
     : QObject(parent),
       platform_(platform),
       store_(std::make_unique<store::Store>(executor_, platform)),
-      activity_(store_->activity(), this) {
+      activity_(store_->activity(), this),
+      startPlan_(this) {
     snapshot_.files = std::make_shared<const std::vector<Engine::Entry>>();
     snapshot_.olderFiles = std::make_shared<const std::vector<Engine::Entry>>();
     snapshot_.kept = std::make_shared<const std::set<std::string>>(store_->kept());
@@ -83,6 +84,18 @@ void StoreFacade::scanOlder() {
 
 void StoreFacade::undo() {
     store_->undo();
+}
+
+void StoreFacade::previewStart() {
+    store_->previewStart();
+}
+
+void StoreFacade::runStartPlan() {
+    store_->runStartPlan();
+}
+
+void StoreFacade::cancelStartPlan() {
+    store_->cancelStartPlan();
 }
 
 void StoreFacade::markReviewDone() {
@@ -177,6 +190,10 @@ void StoreFacade::changed(store::Property property) {
             break;
         case Property::moves:
             emit movesChanged();
+            break;
+        case Property::startPlan:
+            startPlan_.reload(store_->startPlan());
+            emit startPlanChanged();
             break;
     }
 }

@@ -8,6 +8,7 @@
 #include "store/store.h"
 #include "ui/activity_model.h"
 #include "ui/qt_executor.h"
+#include "ui/start_plan_model.h"
 
 #include <QObject>
 #include <QStringList>
@@ -51,6 +52,9 @@ class StoreFacade : public QObject, private store::StoreObserver {
     Q_PROPERTY(bool duplicatesChecked READ duplicatesChecked NOTIFY duplicatesCheckedChanged)
     Q_PROPERTY(bool healthChecked READ healthChecked NOTIFY healthCheckedChanged)
     Q_PROPERTY(int moveCount READ moveCount NOTIFY movesChanged)
+    // The plan of the last preview of Start, until it is run or cancelled.
+    Q_PROPERTY(bool hasStartPlan READ hasStartPlan NOTIFY startPlanChanged)
+    Q_PROPERTY(quorrin::ui::StartPlanModel* startPlan READ startPlan CONSTANT)
 
     // Derived values.
     Q_PROPERTY(QStringList rootNames READ rootNames NOTIFY rootsChanged)
@@ -91,6 +95,8 @@ public:
     bool duplicatesChecked() const { return store_->duplicatesChecked(); }
     bool healthChecked() const { return store_->healthChecked(); }
     int moveCount() const { return int(store_->moves().size()); }
+    bool hasStartPlan() const { return store_->startPlan().has_value(); }
+    StartPlanModel* startPlan() { return &startPlan_; }
     // The total size of the files marked as duplicates of another.
     qint64 duplicateBytes() const { return duplicateBytes_; }
     int staleCount() const { return staleCount_; }
@@ -105,6 +111,11 @@ public:
     Q_INVOKABLE void scan(bool organize, bool duplicates, bool health, bool usageDates);
     Q_INVOKABLE void scanOlder();
     Q_INVOKABLE void undo();
+
+    // The preview of Start: plan in the background, then run exactly that plan or drop it.
+    Q_INVOKABLE void previewStart();
+    Q_INVOKABLE void runStartPlan();
+    Q_INVOKABLE void cancelStartPlan();
 
     // The weekly Downloads review.
     Q_INVOKABLE void markReviewDone();
@@ -127,6 +138,7 @@ signals:
     void duplicatesCheckedChanged();
     void healthCheckedChanged();
     void movesChanged();
+    void startPlanChanged();
     void staleChanged();
     void reviewDueChanged();
     // Something the file pages list from changed: files, olderFiles, kept or weeks.
@@ -141,6 +153,7 @@ private:
     QtExecutor executor_;  // outlives the Store: it waits for background work when destroyed
     std::unique_ptr<store::Store> store_;
     ActivityModel activity_;
+    StartPlanModel startPlan_;
     ListSnapshot snapshot_;
     qint64 duplicateBytes_ = 0;
     int staleCount_ = 0;

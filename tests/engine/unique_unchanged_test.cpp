@@ -4,6 +4,8 @@
 #include "tests/support/fault_platform.h"
 #include "tests/support/temp_home.h"
 
+#include <set>
+
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -30,6 +32,14 @@ TEST(Unique, CountsUpFromTwo) {
     EXPECT_EQ(unique(home.path("Notes")), home.path("Notes (2)"));
     home.writeFile("a.tar.gz");
     EXPECT_EQ(unique(home.path("a.tar.gz")), home.path("a.tar (2).gz"));
+}
+
+TEST(Unique, TheTakenTestDecidesWithoutTheDisk) {
+    // Names claimed by moves still to come count as taken; the disk is not asked at all.
+    std::set<std::string> claimed = {"/nowhere/x.txt", "/nowhere/x (2).txt", "/nowhere/x (4).txt"};
+    auto taken = [&](const std::string& path) { return claimed.contains(path); };
+    EXPECT_EQ(unique("/nowhere/x.txt", taken), "/nowhere/x (3).txt");
+    EXPECT_EQ(unique("/nowhere/y.txt", taken), "/nowhere/y.txt");
 }
 
 TEST(Unique, ADanglingLinkTakesTheName) {

@@ -119,6 +119,21 @@ ApplicationWindow {
         onMoveToTrash: fileList.moveSelectedToTrash()
     }
 
+    StartPreviewSheet {
+        id: startPreview
+    }
+
+    // A preview that finished opens its sheet; a plan run or dropped closes it.
+    Connections {
+        target: Store
+        function onStartPlanChanged() {
+            if (Store.hasStartPlan)
+                startPreview.open()
+            else
+                startPreview.close()
+        }
+    }
+
     FolderChooser {
         id: folderChooser
         onChosen: (paths) => Store.addFolders(paths)

@@ -95,12 +95,24 @@ PageFlickable {
                     lineHeight: 1.2
                     wrapMode: Text.WordWrap
                 }
-                AppSwitch {
-                    objectName: "overviewDuplicatesSwitch"
+                RowLayout {
                     Layout.fillWidth: true
-                    text: "Send exact duplicates to Trash when I press Start"
-                    checked: Store.autoDuplicates
-                    onToggled: Store.autoDuplicates = checked
+                    spacing: 16
+                    AppSwitch {
+                        objectName: "overviewDuplicatesSwitch"
+                        Layout.fillWidth: true
+                        text: "Send exact duplicates to Trash when I press Start"
+                        checked: Store.autoDuplicates
+                        onToggled: Store.autoDuplicates = checked
+                    }
+                    // Shows what Start would do, in a sheet that can then run exactly that.
+                    AppButton {
+                        objectName: "previewStartButton"
+                        symbol: "magnifyingglass"
+                        text: "Preview Start"
+                        enabled: !Store.busy && Store.roots.length > 0
+                        onClicked: Store.previewStart()
+                    }
                 }
                 Text {
                     Layout.fillWidth: true
