@@ -24,6 +24,9 @@ Button {
     focusPolicy: Qt.TabFocus
     opacity: enabled ? 1 : 0.4
 
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+
     contentItem: Item {
         implicitWidth: content.implicitWidth
         implicitHeight: content.implicitHeight
@@ -61,5 +64,9 @@ Button {
         }
         border.width: control.prominent || control.quiet ? 0 : 1
         border.color: Theme.strokeStrong
+
+        FocusRing {
+            visible: control.visualFocus
+        }
     }
 }

@@ -21,6 +21,11 @@ Switch {
         border.color: Theme.strokeStrong
         Behavior on color { ColorAnimation { duration: 120 } }
 
+        FocusRing {
+            visible: control.visualFocus
+            baseRadius: parent.radius
+        }
+
         Rectangle {
             width: 18
             height: 18

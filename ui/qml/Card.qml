@@ -11,6 +11,9 @@ Panel {
 
     implicitHeight: content.implicitHeight + 44
 
+    Accessible.role: Accessible.StaticText
+    Accessible.name: title + ": " + value
+
     ColumnLayout {
         id: content
         anchors.fill: parent

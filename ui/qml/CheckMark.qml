@@ -19,6 +19,11 @@ CheckBox {
         border.width: control.checked ? 0 : 1.5
         border.color: control.hovered ? Theme.secondary : Theme.strokeStrong
 
+        FocusRing {
+            visible: control.visualFocus
+            baseRadius: parent.radius
+        }
+
         Symbol {
             anchors.centerIn: parent
             visible: control.checked

@@ -46,6 +46,8 @@ ColumnLayout {
             Stepper {
                 objectName: "reviewWeeksStepper"
                 label: "Unused for " + Store.weeks + " weeks"
+                decreaseName: "Fewer weeks"
+                increaseName: "More weeks"
                 value: Store.weeks
                 from: 1
                 to: 52
@@ -92,7 +94,7 @@ ColumnLayout {
     RowLayout {
         Layout.fillWidth: true
         spacing: 8
-        Text {
+        ReadText {
             objectName: "selectionCaption"
             Layout.fillWidth: true
             text: page.list.count + " files • " + Format.bytes(page.list.totalBytes)
@@ -140,7 +142,12 @@ ColumnLayout {
             reuseItems: true
             cacheBuffer: 540
             boundsBehavior: Flickable.StopAtBounds
-            ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
+            ScrollBar.vertical: ScrollBar {
+                policy: ScrollBar.AsNeeded
+                Accessible.ignored: true  // the list scrolls itself to the focused row
+            }
+            Accessible.role: Accessible.List
+            Accessible.name: page.name
             delegate: FileRow {
                 width: rows.width
                 list: page.list
@@ -160,7 +167,7 @@ ColumnLayout {
                 color: Theme.secondary
                 size: 34
             }
-            Text {
+            ReadText {
                 objectName: "emptyStateText"
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter

@@ -21,9 +21,34 @@ Rectangle {
     property bool showDate: false
     property string basis
 
+    // What a screen reader says for the row: name, the finding, "Matches: …" or the folder, the
+    // date on FindOlder, the size, and "kept".
+    readonly property string spokenText: {
+        const parts = [name, detail]
+        if (showDate)
+            parts.push(dateText, basis)
+        parts.push(sizeText)
+        if (kept)
+            parts.push("kept")
+        return parts.join(", ")
+    }
+
+    // A button's text with the file's name after its first word: "Show in Folder" reads
+    // "Show Report.pdf in Folder".
+    function forFile(label) {
+        const space = label.indexOf(" ")
+        return space < 0 ? label + " " + name
+                         : label.substring(0, space) + " " + name + label.substring(space)
+    }
+
     objectName: "fileRow:" + name
     height: 54
     color: selected ? Theme.selection : hover.hovered ? "#161b1d" : "transparent"
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: spokenText
+    Accessible.selectable: true
+    Accessible.selected: selected
 
     HoverHandler { id: hover }
 
@@ -52,9 +77,11 @@ Rectangle {
             objectName: "rowCheck"
             checked: row.selected
             onToggled: row.list.setSelected(row.index, checked)
+            Accessible.name: "Select " + row.name
         }
 
         Image {
+            Accessible.ignored: true
             Layout.preferredWidth: 28
             Layout.preferredHeight: 28
             sourceSize.width: 56
@@ -137,6 +164,7 @@ Rectangle {
             implicitHeight: 28
             textSize: 12
             onClicked: row.list.toggleKeep(row.index)
+            Accessible.name: (row.kept ? "Unkeep " : "Keep ") + row.name
         }
         AppButton {
             objectName: "rowRevealButton"
@@ -145,6 +173,7 @@ Rectangle {
             implicitHeight: 28
             textSize: 12
             onClicked: row.list.reveal(row.index)
+            Accessible.name: row.forFile(text)
         }
     }
 

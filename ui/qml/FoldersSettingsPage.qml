@@ -11,7 +11,7 @@ PageFlickable {
 
     contentHeight: column.implicitHeight + 8
 
-    component Note: Text {
+    component Note: ReadText {
         Layout.fillWidth: true
         color: Theme.secondary
         font.pixelSize: Theme.caption
@@ -35,8 +35,9 @@ PageFlickable {
                 spacing: 8
                 RowLayout {
                     Layout.fillWidth: true
-                    Text {
+                    ReadText {
                         Layout.fillWidth: true
+                        Accessible.role: Accessible.Heading
                         text: "Connected folders"
                         color: Theme.text
                         font.pixelSize: 16
@@ -76,7 +77,7 @@ PageFlickable {
                             ColumnLayout {
                                 Layout.fillWidth: true
                                 spacing: 2
-                                Text {
+                                ReadText {
                                     objectName: "rootName"
                                     Layout.fillWidth: true
                                     text: Store.rootNames[folderRow.index] ?? ""
@@ -85,7 +86,7 @@ PageFlickable {
                                     font.weight: Font.Medium
                                     elide: Text.ElideRight
                                 }
-                                Text {
+                                ReadText {
                                     objectName: "rootPath"
                                     Layout.fillWidth: true
                                     text: folderRow.modelData
@@ -103,11 +104,12 @@ PageFlickable {
                                 textSize: 12
                                 enabled: !Store.busy
                                 onClicked: Store.removeFolderAt(folderRow.index)
+                                Accessible.name: "Remove " + (Store.rootNames[folderRow.index] ?? "")
                             }
                         }
                     }
                 }
-                Text {
+                ReadText {
                     visible: Store.roots.length === 0
                     text: "No folder is connected. Add one to start."
                     color: Theme.secondary
@@ -163,7 +165,8 @@ PageFlickable {
                 anchors.fill: parent
                 anchors.margins: 18
                 spacing: 12
-                Text {
+                ReadText {
+                    Accessible.role: Accessible.Heading
                     text: "Weekly Downloads review"
                     color: Theme.text
                     font.pixelSize: 16
@@ -175,6 +178,8 @@ PageFlickable {
                 Stepper {
                     objectName: "settingsWeeksStepper"
                     label: "Unused for " + Store.weeks + " weeks"
+                decreaseName: "Fewer weeks"
+                increaseName: "More weeks"
                     value: Store.weeks
                     from: 1
                     to: 52

@@ -21,6 +21,7 @@ Item {
 
         ScrollBar.vertical: ScrollBar {
             id: bar
+            Accessible.ignored: true  // Tab scrolls the page to the control it reaches
             policy: flick.contentHeight > flick.height ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
             contentItem: Rectangle {
                 implicitWidth: 4
