@@ -66,6 +66,8 @@ TEST_F(FolderChooser, SeveralFoldersAreAddedAtOnce) {
 TEST_F(FolderChooser, WithNothingTickedTheOpenFolderIsAdded) {
     ui.clickIn(ui.item("chooserRow:Music"), "chooserOpenButton");
     ASSERT_TRUE(ui.waitFor([&] { return ui.text("chooserFolder") == path("Music"); }));
+    // With nothing ticked, "Add folder" waits for the opened folder to be listed.
+    ASSERT_TRUE(ui.waitFor([&] { return ui.isEnabled("chooserConfirmButton"); }));
     ui.click("chooserConfirmButton");
     ui.settle();
     EXPECT_EQ(ui.store().roots().last(), path("Music"));
@@ -73,7 +75,10 @@ TEST_F(FolderChooser, WithNothingTickedTheOpenFolderIsAdded) {
 
 TEST_F(FolderChooser, AFolderInsideAConnectedOneChangesNothing) {
     ui.clickIn(ui.item("chooserRow:Documents"), "chooserOpenButton");
+    ASSERT_TRUE(ui.waitFor([&] { return ui.text("chooserFolder") == path("Documents"); }));
+    ASSERT_TRUE(ui.waitFor([&] { return ui.isEnabled("chooserConfirmButton"); }));
     ui.click("chooserConfirmButton");
+    ASSERT_TRUE(ui.waitFor([&] { return !ui.isShown("chooserConfirmButton"); }));
     ui.settle();
     EXPECT_EQ(ui.store().roots().size(), 3);
 }
