@@ -27,6 +27,14 @@ ColumnLayout {
 
     spacing: 12
 
+    readonly property bool canClear: !findOlder && list.selectedCount > 0 && !Store.busy
+
+    // The keyboard's ways in: Ctrl+F, Ctrl+A and Delete (the window's shortcuts).
+    function focusSearch() {
+        search.forceActiveFocus(Qt.ShortcutFocusReason)
+        search.selectAll()
+    }
+
     FindOlderControls {
         visible: page.findOlder
         Layout.fillWidth: true
@@ -68,6 +76,7 @@ ColumnLayout {
         Layout.fillWidth: true
         spacing: 16
         SearchField {
+            id: search
             objectName: "searchField"
             Layout.fillWidth: true
             text: page.list.query
@@ -119,7 +128,7 @@ ColumnLayout {
             destructive: true
             symbol: "trash"
             text: "Clear selected…"
-            enabled: page.list.selectedCount > 0 && !Store.busy
+            enabled: page.canClear
             onClicked: page.clearRequested()
         }
     }
@@ -142,6 +151,12 @@ ColumnLayout {
             reuseItems: true
             cacheBuffer: 540
             boundsBehavior: Flickable.StopAtBounds
+            // One Tab stop, the current row: Up and Down walk the rows, the view following the
+            // focused one.
+            keyNavigationEnabled: true
+            highlightMoveDuration: 0
+            onCountChanged: if (count > 0 && currentIndex < 0) currentIndex = 0
+            onCurrentIndexChanged: if (activeFocus) positionViewAtIndex(currentIndex, ListView.Contain)
             ScrollBar.vertical: ScrollBar {
                 policy: ScrollBar.AsNeeded
                 Accessible.ignored: true  // the list scrolls itself to the focused row
@@ -150,6 +165,9 @@ ColumnLayout {
             Accessible.name: page.name
             delegate: FileRow {
                 width: rows.width
+                focus: ListView.isCurrentItem
+                activeFocusOnTab: ListView.isCurrentItem
+                focusShown: rows.activeFocus && ListView.isCurrentItem
                 list: page.list
                 showDate: page.findOlder
                 basis: page.list.dateBasis

@@ -20,6 +20,8 @@ Rectangle {
     property var list  // the FileListModel
     property bool showDate: false
     property string basis
+    // The list has the keyboard and this is its current row: the row's controls are Tab stops.
+    property bool focusShown: false
 
     // What a screen reader says for the row: name, the finding, "Matches: …" or the folder, the
     // date on FindOlder, the size, and "kept".
@@ -52,6 +54,29 @@ Rectangle {
 
     HoverHandler { id: hover }
 
+    // Space selects, Enter opens, the Menu key or Shift+F10 opens the context menu.
+    Keys.onSpacePressed: list.setSelected(index, !selected)
+    Keys.onReturnPressed: list.open(index)
+    Keys.onEnterPressed: list.open(index)
+    Keys.onMenuPressed: openMenu()
+    Keys.onPressed: (event) => {
+        if (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier) {
+            openMenu()
+            event.accepted = true
+        }
+    }
+
+    function openMenu() {
+        menu.popup(row, 48, row.height / 2)
+    }
+
+    // Only the keyboard gives the row itself the focus (a click focuses the checkbox at most).
+    FocusRing {
+        visible: row.activeFocus
+        gap: -2
+        baseRadius: 8
+    }
+
     TapHandler {
         acceptedButtons: Qt.RightButton
         onTapped: (point) => menu.popup()
@@ -75,6 +100,7 @@ Rectangle {
 
         CheckMark {
             objectName: "rowCheck"
+            focusPolicy: row.focusShown ? Qt.StrongFocus : Qt.ClickFocus
             checked: row.selected
             onToggled: row.list.setSelected(row.index, checked)
             Accessible.name: "Select " + row.name
@@ -159,6 +185,7 @@ Rectangle {
 
         AppButton {
             objectName: "rowKeepButton"
+            focusPolicy: row.focusShown ? Qt.TabFocus : Qt.NoFocus
             text: "Keep / unkeep"
             quiet: true
             implicitHeight: 28
@@ -168,6 +195,7 @@ Rectangle {
         }
         AppButton {
             objectName: "rowRevealButton"
+            focusPolicy: row.focusShown ? Qt.TabFocus : Qt.NoFocus
             text: "Show in Finder"
             quiet: true
             implicitHeight: 28

@@ -3,6 +3,7 @@ import QtQuick
 import Quorrin
 
 Rectangle {
+    objectName: "focusRing"
     property real gap: 3
     property real baseRadius: Theme.controlRadius
 

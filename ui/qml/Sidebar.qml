@@ -30,8 +30,11 @@ Rectangle {
         const pages = Format.pages
         if (index < 0 || index >= pages.length)
             return
+        // The tab takes the focus before and after the press, which gives the window the focus.
+        const tab = tabs.itemAt(index)
+        tab.forceActiveFocus(Qt.TabFocusReason)
         pagePressed(pages[index])
-        tabs.itemAt(index).forceActiveFocus(Qt.TabFocusReason)
+        tab.forceActiveFocus(Qt.TabFocusReason)
     }
 
     Rectangle {
