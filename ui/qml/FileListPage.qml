@@ -71,10 +71,13 @@ ColumnLayout {
         }
     }
 
-    // Toolbar.
-    RowLayout {
+    // Toolbar: search and pickers on one row; in a narrow window the health filter goes under
+    // them.
+    GridLayout {
         Layout.fillWidth: true
-        spacing: 16
+        columns: page.width >= 820 ? 3 : 2
+        columnSpacing: 16
+        rowSpacing: 10
         SearchField {
             id: search
             objectName: "searchField"

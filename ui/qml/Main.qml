@@ -119,12 +119,20 @@ ApplicationWindow {
                     objectName: "overviewPage"
                     onJump: (name) => window.jump(name)
                 }
-                FileListPage {
-                    id: fileListPage
-                    objectName: "fileListPage"
-                    list: fileList
-                    name: window.page
-                    onClearRequested: trashConfirmation.open()
+                // The list fills the page; a window too short for the page's controls and a few
+                // rows scrolls the whole page instead.
+                PageFlickable {
+                    id: listPageScroll
+                    contentHeight: Math.max(height, fileListPage.implicitHeight)
+                    FileListPage {
+                        id: fileListPage
+                        objectName: "fileListPage"
+                        width: listPageScroll.width
+                        height: listPageScroll.contentHeight
+                        list: fileList
+                        name: window.page
+                        onClearRequested: trashConfirmation.open()
+                    }
                 }
                 FoldersSettingsPage {
                     objectName: "foldersSettingsPage"

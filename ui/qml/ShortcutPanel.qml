@@ -56,7 +56,7 @@ Panel {
                 color: Theme.text
                 font.pixelSize: 15
                 font.weight: Font.DemiBold
-                elide: Text.ElideRight
+                wrapMode: Text.WordWrap
             }
             Text {
                 objectName: "caption"
@@ -64,7 +64,7 @@ Panel {
                 text: shortcut.caption
                 color: Theme.secondary
                 font.pixelSize: Theme.caption
-                elide: Text.ElideRight
+                wrapMode: Text.WordWrap
             }
         }
         Symbol {
