@@ -26,6 +26,8 @@ Button {
 
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
+    // A screen reader's press is a click (the control alone does not click on it).
+    Accessible.onPressAction: if (enabled) clicked()
 
     contentItem: Item {
         implicitWidth: content.implicitWidth

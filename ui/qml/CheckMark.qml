@@ -7,6 +7,16 @@ CheckBox {
     id: control
     padding: 0
     hoverEnabled: true
+
+    // A screen reader's press or toggle is a click (the control alone does not act on it).
+    function toggleByAccessibility() {
+        if (!enabled)
+            return
+        toggle()
+        toggled()
+    }
+    Accessible.onPressAction: toggleByAccessibility()
+    Accessible.onToggleAction: toggleByAccessibility()
     implicitWidth: 18
     implicitHeight: 18
 
