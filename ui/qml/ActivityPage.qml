@@ -7,7 +7,7 @@ import Quorrin
 Item {
     id: activityPage
 
-    Text {
+    ReadText {
         objectName: "activityEmptyText"
         visible: Store.activity.count === 0
         anchors.centerIn: parent
@@ -25,7 +25,12 @@ Item {
         spacing: 8
         clip: true
         boundsBehavior: Flickable.StopAtBounds
-        ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
+        ScrollBar.vertical: ScrollBar {
+            policy: ScrollBar.AsNeeded
+            Accessible.ignored: true
+        }
+        Accessible.role: Accessible.List
+        Accessible.name: "Activity"
 
         delegate: Panel {
             id: entry
@@ -33,6 +38,8 @@ Item {
             required property string text
             required property string time
             objectName: "activityRow"
+            Accessible.role: Accessible.ListItem
+            Accessible.name: text + ", " + time
             width: list.width
             height: content.implicitHeight + 26
             radius: 11

@@ -24,6 +24,11 @@ Button {
     focusPolicy: Qt.TabFocus
     opacity: enabled ? 1 : 0.4
 
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+    // A screen reader's press is a click (the control alone does not click on it).
+    Accessible.onPressAction: if (enabled) clicked()
+
     contentItem: Item {
         implicitWidth: content.implicitWidth
         implicitHeight: content.implicitHeight
@@ -61,5 +66,9 @@ Button {
         }
         border.width: control.prominent || control.quiet ? 0 : 1
         border.color: Theme.strokeStrong
+
+        FocusRing {
+            visible: control.visualFocus
+        }
     }
 }

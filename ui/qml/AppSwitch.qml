@@ -6,6 +6,16 @@ import Quorrin
 Switch {
     id: control
     hoverEnabled: true
+
+    // A screen reader's press or toggle is a click (the control alone does not act on it).
+    function toggleByAccessibility() {
+        if (!enabled)
+            return
+        toggle()
+        toggled()
+    }
+    Accessible.onPressAction: toggleByAccessibility()
+    Accessible.onToggleAction: toggleByAccessibility()
     spacing: 12
     leftPadding: 0
     rightPadding: 0
@@ -20,6 +30,11 @@ Switch {
         border.width: control.checked ? 0 : 1
         border.color: Theme.strokeStrong
         Behavior on color { ColorAnimation { duration: 120 } }
+
+        FocusRing {
+            visible: control.visualFocus
+            baseRadius: parent.radius
+        }
 
         Rectangle {
             width: 18

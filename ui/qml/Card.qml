@@ -11,6 +11,9 @@ Panel {
 
     implicitHeight: content.implicitHeight + 44
 
+    Accessible.role: Accessible.StaticText
+    Accessible.name: title + ": " + value
+
     ColumnLayout {
         id: content
         anchors.fill: parent
@@ -30,7 +33,9 @@ Panel {
             color: Theme.text
             font.pixelSize: 30
             font.weight: Font.DemiBold
-            elide: Text.ElideRight
+            // A narrow window draws a long value smaller rather than cutting it.
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 16
         }
         Text {
             objectName: "title"

@@ -7,6 +7,16 @@ CheckBox {
     id: control
     padding: 0
     hoverEnabled: true
+
+    // A screen reader's press or toggle is a click (the control alone does not act on it).
+    function toggleByAccessibility() {
+        if (!enabled)
+            return
+        toggle()
+        toggled()
+    }
+    Accessible.onPressAction: toggleByAccessibility()
+    Accessible.onToggleAction: toggleByAccessibility()
     implicitWidth: 18
     implicitHeight: 18
 
@@ -18,6 +28,11 @@ CheckBox {
         color: control.checked ? Theme.accent : "transparent"
         border.width: control.checked ? 0 : 1.5
         border.color: control.hovered ? Theme.secondary : Theme.strokeStrong
+
+        FocusRing {
+            visible: control.visualFocus
+            baseRadius: parent.radius
+        }
 
         Symbol {
             anchors.centerIn: parent

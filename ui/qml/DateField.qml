@@ -12,6 +12,7 @@ Row {
     spacing: 8
 
     Text {
+        Accessible.ignored: true  // the button's name says it
         text: field.title
         color: Theme.secondary
         font.pixelSize: Theme.body
@@ -23,6 +24,7 @@ Row {
         objectName: "button"
         symbol: "calendar"
         text: Format.abbreviatedDate(field.date)
+        Accessible.name: field.title + ": " + text
         anchors.verticalCenter: parent.verticalCenter
         onClicked: {
             popup.shown = Format.addMonths(field.date, 0)
@@ -59,8 +61,9 @@ Row {
                     width: 30
                     leftPadding: 7
                     onClicked: popup.shown = Format.addMonths(popup.shown, -1)
+                    Accessible.name: "Previous month"
                 }
-                Text {
+                ReadText {
                     width: grid.width - 60
                     horizontalAlignment: Text.AlignHCenter
                     text: Format.monthAndYear(popup.shown)
@@ -76,6 +79,7 @@ Row {
                     width: 30
                     leftPadding: 7
                     onClicked: popup.shown = Format.addMonths(popup.shown, 1)
+                    Accessible.name: "Next month"
                 }
             }
 
@@ -105,6 +109,14 @@ Row {
                     objectName: (model.month === grid.month ? "day:" : "otherDay:") + model.day
                     implicitWidth: 34
                     implicitHeight: 30
+                    Accessible.role: Accessible.Button
+                    Accessible.name: Format.abbreviatedDate(Format.withDay(field.date, model.year, model.month + 1, model.day))
+                    Accessible.onPressAction: pick()
+                    function pick() {
+                        field.picked(Format.withDay(field.date, day.model.year,
+                                                    day.model.month + 1, day.model.day))
+                        popup.close()
+                    }
                     radius: 7
                     color: current ? Theme.accent : dayArea.containsMouse ? Theme.raisedHover : "transparent"
                     Text {
@@ -118,11 +130,7 @@ Row {
                         id: dayArea
                         anchors.fill: parent
                         hoverEnabled: true
-                        onClicked: {
-                            field.picked(Format.withDay(field.date, day.model.year,
-                                                        day.model.month + 1, day.model.day))
-                            popup.close()
-                        }
+                        onClicked: day.pick()
                     }
                 }
             }

@@ -27,6 +27,14 @@ ColumnLayout {
 
     spacing: 12
 
+    readonly property bool canClear: !findOlder && list.selectedCount > 0 && !Store.busy
+
+    // The keyboard's ways in: Ctrl+F, Ctrl+A and Delete (the window's shortcuts).
+    function focusSearch() {
+        search.forceActiveFocus(Qt.ShortcutFocusReason)
+        search.selectAll()
+    }
+
     FindOlderControls {
         visible: page.findOlder
         Layout.fillWidth: true
@@ -46,6 +54,8 @@ ColumnLayout {
             Stepper {
                 objectName: "reviewWeeksStepper"
                 label: "Unused for " + Store.weeks + " weeks"
+                decreaseName: "Fewer weeks"
+                increaseName: "More weeks"
                 value: Store.weeks
                 from: 1
                 to: 52
@@ -61,11 +71,15 @@ ColumnLayout {
         }
     }
 
-    // Toolbar.
-    RowLayout {
+    // Toolbar: search and pickers on one row; in a narrow window the health filter goes under
+    // them.
+    GridLayout {
         Layout.fillWidth: true
-        spacing: 16
+        columns: page.width >= 820 ? 3 : 2
+        columnSpacing: 16
+        rowSpacing: 10
         SearchField {
+            id: search
             objectName: "searchField"
             Layout.fillWidth: true
             text: page.list.query
@@ -92,7 +106,7 @@ ColumnLayout {
     RowLayout {
         Layout.fillWidth: true
         spacing: 8
-        Text {
+        ReadText {
             objectName: "selectionCaption"
             Layout.fillWidth: true
             text: page.list.count + " files • " + Format.bytes(page.list.totalBytes)
@@ -117,7 +131,7 @@ ColumnLayout {
             destructive: true
             symbol: "trash"
             text: "Clear selected…"
-            enabled: page.list.selectedCount > 0 && !Store.busy
+            enabled: page.canClear
             onClicked: page.clearRequested()
         }
     }
@@ -140,10 +154,17 @@ ColumnLayout {
             reuseItems: true
             cacheBuffer: 540
             boundsBehavior: Flickable.StopAtBounds
+            // One Tab stop, the current row: Up and Down walk the rows, the view following the
+            // focused one.
+            keyNavigationEnabled: true
+            highlightMoveDuration: 0
+            onCountChanged: if (count > 0 && currentIndex < 0) currentIndex = 0
+            onCurrentIndexChanged: if (activeFocus) positionViewAtIndex(currentIndex, ListView.Contain)
             // Shown whenever there are more rows than fit, not only while scrolling.
             ScrollBar.vertical: ScrollBar {
                 id: rowsBar
                 objectName: "fileListScrollBar"
+                Accessible.ignored: true  // the list scrolls itself to the focused row
                 policy: rows.contentHeight > rows.height ? ScrollBar.AlwaysOn
                                                          : ScrollBar.AlwaysOff
                 contentItem: Rectangle {
@@ -152,8 +173,13 @@ ColumnLayout {
                     color: rowsBar.pressed ? Theme.secondary : Theme.strokeStrong
                 }
             }
+            Accessible.role: Accessible.List
+            Accessible.name: page.name
             delegate: FileRow {
                 width: rows.width
+                focus: ListView.isCurrentItem
+                activeFocusOnTab: ListView.isCurrentItem
+                focusShown: rows.activeFocus && ListView.isCurrentItem
                 list: page.list
                 showDate: page.findOlder
                 basis: page.list.dateBasis
@@ -171,7 +197,7 @@ ColumnLayout {
                 color: Theme.secondary
                 size: 34
             }
-            Text {
+            ReadText {
                 objectName: "emptyStateText"
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter

@@ -20,12 +20,62 @@ Rectangle {
     property var list  // the FileListModel
     property bool showDate: false
     property string basis
+    // The list has the keyboard and this is its current row: the row's controls are Tab stops.
+    property bool focusShown: false
+
+    // What a screen reader says for the row: name, the finding, "Matches: …" or the folder, the
+    // date on FindOlder, the size, and "kept".
+    readonly property string spokenText: {
+        const parts = [name, detail]
+        if (showDate)
+            parts.push(dateText, basis)
+        parts.push(sizeText)
+        if (kept)
+            parts.push("kept")
+        return parts.join(", ")
+    }
+
+    // A button's text with the file's name after its first word: "Show in Folder" reads
+    // "Show Report.pdf in Folder".
+    function forFile(label) {
+        const space = label.indexOf(" ")
+        return space < 0 ? label + " " + name
+                         : label.substring(0, space) + " " + name + label.substring(space)
+    }
 
     objectName: "fileRow:" + name
     height: 54
     color: selected ? Theme.selection : hover.hovered ? "#161b1d" : "transparent"
 
+    Accessible.role: Accessible.ListItem
+    Accessible.name: spokenText
+    Accessible.selectable: true
+    Accessible.selected: selected
+
     HoverHandler { id: hover }
+
+    // Space selects, Enter opens, the Menu key or Shift+F10 opens the context menu.
+    Keys.onSpacePressed: list.setSelected(index, !selected)
+    Keys.onReturnPressed: list.open(index)
+    Keys.onEnterPressed: list.open(index)
+    Keys.onMenuPressed: openMenu()
+    Keys.onPressed: (event) => {
+        if (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier) {
+            openMenu()
+            event.accepted = true
+        }
+    }
+
+    function openMenu() {
+        menu.popup(row, 48, row.height / 2)
+    }
+
+    // Only the keyboard gives the row itself the focus (a click focuses the checkbox at most).
+    FocusRing {
+        visible: row.activeFocus
+        gap: -2
+        baseRadius: 8
+    }
 
     TapHandler {
         acceptedButtons: Qt.RightButton
@@ -50,11 +100,14 @@ Rectangle {
 
         CheckMark {
             objectName: "rowCheck"
+            focusPolicy: row.focusShown ? Qt.StrongFocus : Qt.ClickFocus
             checked: row.selected
             onToggled: row.list.setSelected(row.index, checked)
+            Accessible.name: "Select " + row.name
         }
 
         Image {
+            Accessible.ignored: true
             Layout.preferredWidth: 28
             Layout.preferredHeight: 28
             sourceSize.width: 56
@@ -132,19 +185,23 @@ Rectangle {
 
         AppButton {
             objectName: "rowKeepButton"
+            focusPolicy: row.focusShown ? Qt.TabFocus : Qt.NoFocus
             text: "Keep / unkeep"
             quiet: true
             implicitHeight: 28
             textSize: 12
             onClicked: row.list.toggleKeep(row.index)
+            Accessible.name: (row.kept ? "Unkeep " : "Keep ") + row.name
         }
         AppButton {
             objectName: "rowRevealButton"
+            focusPolicy: row.focusShown ? Qt.TabFocus : Qt.NoFocus
             text: PlatformTexts.showInFileManager
             quiet: true
             implicitHeight: 28
             textSize: 12
             onClicked: row.list.reveal(row.index)
+            Accessible.name: row.forFile(text)
         }
     }
 

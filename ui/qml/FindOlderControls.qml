@@ -67,7 +67,7 @@ Panel {
                 color: Theme.orange
                 size: 15
             }
-            Text {
+            ReadText {
                 objectName: "dateRangeWarning"
                 text: "From date must be before or equal to Through date."
                 color: Theme.orange
@@ -83,15 +83,16 @@ Panel {
 
             RowLayout {
                 Layout.fillWidth: true
-                Text {
+                ReadText {
                     objectName: "ageHeading"
+                    Accessible.role: Accessible.Heading
                     text: Format.ageHeading(controls.list.olderMode, controls.list.ageMonths)
                     color: Theme.text
                     font.pixelSize: 16
                     font.weight: Font.DemiBold
                 }
                 Item { Layout.fillWidth: true }
-                Text {
+                ReadText {
                     objectName: "ageRangeCaption"
                     text: "1 month – 5 years"
                     color: Theme.secondary
@@ -107,6 +108,7 @@ Panel {
                 to: 60
                 stepSize: 1
                 snapMode: Slider.SnapAlways
+                Accessible.name: Format.ageHeading(controls.list.olderMode, controls.list.ageMonths)
                 value: controls.list.ageMonths
                 onMoved: controls.list.ageMonths = value
                 leftPadding: 0
@@ -135,6 +137,11 @@ Panel {
                     color: slider.pressed ? Qt.darker(Theme.accent, 1.1) : Theme.accent
                     border.width: 3
                     border.color: Theme.panelColor
+
+                    FocusRing {
+                        visible: slider.visualFocus
+                        baseRadius: parent.radius
+                    }
                 }
             }
 
@@ -158,7 +165,7 @@ Panel {
                 }
             }
 
-            Text {
+            ReadText {
                 objectName: "olderHint"
                 Layout.fillWidth: true
                 text: Format.olderHint(controls.list.olderMode, controls.list.ageMonths, Store)
@@ -168,7 +175,7 @@ Panel {
             }
         }
 
-        Text {
+        ReadText {
             objectName: "olderNote"
             Layout.fillWidth: true
             text: PlatformTexts.findOlderNote

@@ -17,6 +17,11 @@ Dialog {
     height: 520
     padding: 0
     closePolicy: Popup.CloseOnEscape
+    // The chooser takes the keyboard, so Escape closes it and Tab walks its controls.
+    focus: true
+    // The title names the dialog for a screen reader; it is drawn in the content below.
+    title: "Choose folders to connect"
+    header: null
 
     onAboutToShow: browser.reset()
 
@@ -40,7 +45,8 @@ Dialog {
             Layout.margins: 20
             Layout.bottomMargin: 12
             spacing: 12
-            Text {
+            ReadText {
+                Accessible.role: Accessible.Heading
                 text: "Choose folders to connect"
                 color: Theme.text
                 font.pixelSize: 17
@@ -56,6 +62,7 @@ Dialog {
                     leftPadding: 9
                     enabled: browser.canGoUp
                     onClicked: browser.goUp()
+                    Accessible.name: "Enclosing folder"
                 }
                 AppButton {
                     objectName: "chooserHomeButton"
@@ -63,6 +70,7 @@ Dialog {
                     width: 34
                     leftPadding: 9
                     onClicked: browser.folder = browser.home()
+                    Accessible.name: "Home folder"
                 }
                 Rectangle {
                     Layout.fillWidth: true
@@ -71,7 +79,7 @@ Dialog {
                     color: Theme.raised
                     border.width: 1
                     border.color: Theme.strokeStrong
-                    Text {
+                    ReadText {
                         objectName: "chooserFolder"
                         anchors.fill: parent
                         anchors.leftMargin: 12
@@ -96,7 +104,12 @@ Dialog {
             clip: true
             model: browser
             boundsBehavior: Flickable.StopAtBounds
-            ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
+            ScrollBar.vertical: ScrollBar {
+                policy: ScrollBar.AsNeeded
+                Accessible.ignored: true
+            }
+            Accessible.role: Accessible.List
+            Accessible.name: browser.folderName
 
             delegate: Rectangle {
                 id: folderRow
@@ -104,6 +117,10 @@ Dialog {
                 required property string name
                 required property bool chosen
                 objectName: "chooserRow:" + name
+                Accessible.role: Accessible.ListItem
+                Accessible.name: name
+                Accessible.selectable: true
+                Accessible.selected: chosen
                 width: folders.width
                 height: 40
                 color: chosen ? Theme.selection : rowHover.hovered ? "#20272a" : "transparent"
@@ -123,6 +140,7 @@ Dialog {
                         objectName: "chooserCheck"
                         checked: folderRow.chosen
                         onToggled: browser.setChosen(folderRow.index, checked)
+                        Accessible.name: "Select " + folderRow.name
                     }
                     Symbol {
                         name: "folder.fill"
@@ -144,11 +162,12 @@ Dialog {
                         width: 30
                         leftPadding: 7
                         onClicked: browser.enter(folderRow.index)
+                        Accessible.name: "Open " + folderRow.name
                     }
                 }
             }
 
-            Text {
+            ReadText {
                 anchors.centerIn: parent
                 visible: !browser.loading && browser.count === 0
                 text: "No folders here"
@@ -164,7 +183,7 @@ Dialog {
             Layout.margins: 16
             Layout.leftMargin: 20
             spacing: 8
-            Text {
+            ReadText {
                 objectName: "chooserSummary"
                 Layout.fillWidth: true
                 text: browser.chosen.length === 0

@@ -11,7 +11,7 @@ PageFlickable {
 
     contentHeight: column.implicitHeight + 8
 
-    component Note: Text {
+    component Note: ReadText {
         Layout.fillWidth: true
         color: Theme.secondary
         font.pixelSize: Theme.caption
@@ -37,8 +37,9 @@ PageFlickable {
                 spacing: 6
                 RowLayout {
                     Layout.fillWidth: true
-                    Text {
+                    ReadText {
                         Layout.fillWidth: true
+                        Accessible.role: Accessible.Heading
                         text: "Connected folders"
                         color: Theme.text
                         font.pixelSize: 16
@@ -78,7 +79,7 @@ PageFlickable {
                             ColumnLayout {
                                 Layout.fillWidth: true
                                 spacing: 2
-                                Text {
+                                ReadText {
                                     objectName: "rootName"
                                     Layout.fillWidth: true
                                     text: Store.rootNames[folderRow.index] ?? ""
@@ -87,7 +88,7 @@ PageFlickable {
                                     font.weight: Font.Medium
                                     elide: Text.ElideRight
                                 }
-                                Text {
+                                ReadText {
                                     objectName: "rootPath"
                                     Layout.fillWidth: true
                                     text: folderRow.modelData
@@ -105,11 +106,12 @@ PageFlickable {
                                 textSize: 12
                                 enabled: !Store.busy
                                 onClicked: Store.removeFolderAt(folderRow.index)
+                                Accessible.name: "Remove " + (Store.rootNames[folderRow.index] ?? "")
                             }
                         }
                     }
                 }
-                Text {
+                ReadText {
                     visible: Store.roots.length === 0
                     text: "No folder is connected. Add one to start."
                     color: Theme.secondary
@@ -167,7 +169,8 @@ PageFlickable {
                 anchors.fill: parent
                 anchors.margins: 14
                 spacing: 8
-                Text {
+                ReadText {
+                    Accessible.role: Accessible.Heading
                     text: "Weekly Downloads review"
                     color: Theme.text
                     font.pixelSize: 16
@@ -184,6 +187,8 @@ PageFlickable {
                         objectName: "settingsWeeksStepper"
                         Layout.alignment: Qt.AlignVCenter
                         label: "Unused for " + Store.weeks + " weeks"
+                        decreaseName: "Fewer weeks"
+                        increaseName: "More weeks"
                         value: Store.weeks
                         from: 1
                         to: 52

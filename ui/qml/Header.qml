@@ -78,8 +78,9 @@ Item {
             ColumnLayout {
                 Layout.fillWidth: true
                 spacing: 5
-                Text {
+                ReadText {
                     objectName: "headerTitle"
+                    Accessible.role: Accessible.Heading
                     Layout.fillWidth: true
                     text: header.title
                     color: Theme.text
@@ -87,7 +88,7 @@ Item {
                     font.weight: Font.DemiBold
                     elide: Text.ElideRight
                 }
-                Text {
+                ReadText {
                     objectName: "headerSubtitle"
                     Layout.fillWidth: true
                     text: header.subtitle
@@ -119,8 +120,12 @@ Item {
             }
         }
 
-        // The status line.
+        // The status line: a status bar named by the status, so that every new line or progress
+        // text is announced as the name changes.
         Rectangle {
+            objectName: "statusBar"
+            Accessible.role: Accessible.StatusBar
+            Accessible.name: Store.status
             Layout.fillWidth: true
             Layout.preferredHeight: 40
             radius: 10
@@ -134,6 +139,7 @@ Item {
                 objectName: "busyBar"
                 visible: Store.busy
                 indeterminate: true
+                Accessible.name: "Working safely"
                 anchors.left: parent.left
                 anchors.right: parent.right
                 anchors.bottom: parent.bottom

@@ -1,5 +1,6 @@
 // The window: the sidebar of nine pages, the header, the selected page, the trash confirmation and
-// the folder chooser. It owns the view state; the Store owns everything else.
+// the folder chooser, and the keyboard shortcuts. It owns the view state; the Store owns
+// everything else.
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
@@ -51,6 +52,32 @@ ApplicationWindow {
         objectName: "focusSink"
     }
 
+    // The keyboard shortcuts; none acts while a dialog is open, and in the search field Ctrl+A and
+    // Delete keep their text-editing meaning.
+    readonly property bool dialogOpen: trashConfirmation.opened || folderChooser.opened
+    readonly property bool listShown: fileListPage.visible
+
+    Shortcut {
+        sequences: [StandardKey.Find]
+        enabled: !window.dialogOpen && window.listShown
+        onActivated: fileListPage.focusSearch()
+    }
+    Shortcut {
+        sequence: "F5"
+        enabled: !window.dialogOpen && header.canRun
+        onActivated: header.runPageAction()
+    }
+    Shortcut {
+        sequences: [StandardKey.SelectAll]
+        enabled: !window.dialogOpen && window.listShown
+        onActivated: fileList.selectVisible()
+    }
+    Shortcut {
+        sequences: [StandardKey.Delete]
+        enabled: !window.dialogOpen && window.listShown && fileListPage.canClear
+        onActivated: trashConfirmation.open()
+    }
+
     FileListModel {
         id: fileList
         objectName: "fileList"
@@ -77,6 +104,7 @@ ApplicationWindow {
             spacing: 20
 
             Header {
+                id: header
                 Layout.fillWidth: true
                 page: window.page
             }
@@ -97,11 +125,20 @@ ApplicationWindow {
                     objectName: "overviewPage"
                     onJump: (name) => window.jump(name)
                 }
-                FileListPage {
-                    objectName: "fileListPage"
-                    list: fileList
-                    name: window.page
-                    onClearRequested: trashConfirmation.open()
+                // The list fills the page; a window too short for the page's controls and a few
+                // rows scrolls the whole page instead.
+                PageFlickable {
+                    id: listPageScroll
+                    contentHeight: Math.max(height, fileListPage.implicitHeight)
+                    FileListPage {
+                        id: fileListPage
+                        objectName: "fileListPage"
+                        width: listPageScroll.width
+                        height: listPageScroll.contentHeight
+                        list: fileList
+                        name: window.page
+                        onClearRequested: trashConfirmation.open()
+                    }
                 }
                 FoldersSettingsPage {
                     objectName: "foldersSettingsPage"

@@ -66,8 +66,9 @@ PageFlickable {
                     color: Theme.accent
                     size: 52
                 }
-                Text {
+                ReadText {
                     objectName: "heroText"
+                    Accessible.role: Accessible.Heading
                     Layout.fillWidth: true
                     text: "Everything has its place."
                     color: Theme.text
@@ -87,7 +88,7 @@ PageFlickable {
                 anchors.fill: parent
                 anchors.margins: 22
                 spacing: 14
-                Text {
+                ReadText {
                     Layout.fillWidth: true
                     text: "Start sorts loose files into Videos, Images, Audio, Documents, Installers and Projects. Existing folder structures, project folders and system files are protected."
                     color: Theme.text
@@ -114,7 +115,7 @@ PageFlickable {
                         onClicked: Store.previewStart()
                     }
                 }
-                Text {
+                ReadText {
                     Layout.fillWidth: true
                     text: "Automatic duplicate cleaning covers loose files and QUORRIN category folders. Project files are organized but never automatically deduplicated. Existing nested folders are reviewed without automatic deletion. Keep protects a file from both arrangement and cleaning."
                     color: Theme.secondary

@@ -13,6 +13,7 @@ Row {
     spacing: 8
 
     Text {
+        Accessible.ignored: true  // the menu's name says it
         text: picker.title
         color: Theme.secondary
         font.pixelSize: Theme.body
@@ -31,6 +32,8 @@ Row {
         anchors.verticalCenter: parent.verticalCenter
         Component.onCompleted: currentIndex = indexOfValue(picker.value)
         onActivated: picker.picked(currentValue)
+
+        Accessible.name: picker.title + ": " + displayText
 
         Connections {
             target: picker
@@ -74,7 +77,11 @@ Row {
             radius: Theme.controlRadius
             color: combo.pressed ? Theme.strokeStrong : combo.hovered ? Theme.raisedHover : Theme.raised
             border.width: 1
-            border.color: combo.visualFocus ? Theme.accent : Theme.strokeStrong
+            border.color: Theme.strokeStrong
+
+            FocusRing {
+                visible: combo.visualFocus
+            }
         }
 
         delegate: ItemDelegate {

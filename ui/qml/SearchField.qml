@@ -16,6 +16,9 @@ TextField {
     font.pixelSize: Theme.body
     verticalAlignment: TextInput.AlignVCenter
 
+    Accessible.name: placeholderText
+    Accessible.searchEdit: true
+
     Symbol {
         name: "magnifyingglass"
         color: Theme.secondary

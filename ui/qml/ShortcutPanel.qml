@@ -13,6 +13,21 @@ Panel {
     implicitHeight: 44 + Math.max(content.implicitHeight, 24)
     color: area.pressed ? "#1e2427" : area.containsMouse ? "#1b2023" : Theme.panelColor
 
+    // A mouse press never gives it the focus, so the ring shows for the keyboard only.
+    activeFocusOnTab: true
+    Keys.onSpacePressed: pressed()
+    Keys.onReturnPressed: pressed()
+    Keys.onEnterPressed: pressed()
+    Accessible.role: Accessible.Button
+    Accessible.name: title
+    Accessible.description: caption
+    Accessible.onPressAction: pressed()
+
+    FocusRing {
+        visible: shortcut.activeFocus
+        baseRadius: shortcut.radius
+    }
+
     RowLayout {
         anchors.fill: parent
         anchors.margins: 22
@@ -41,7 +56,7 @@ Panel {
                 color: Theme.text
                 font.pixelSize: 15
                 font.weight: Font.DemiBold
-                elide: Text.ElideRight
+                wrapMode: Text.WordWrap
             }
             Text {
                 objectName: "caption"
@@ -49,7 +64,7 @@ Panel {
                 text: shortcut.caption
                 color: Theme.secondary
                 font.pixelSize: Theme.caption
-                elide: Text.ElideRight
+                wrapMode: Text.WordWrap
             }
         }
         Symbol {

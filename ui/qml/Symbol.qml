@@ -15,5 +15,7 @@ Image {
     fillMode: Image.PreserveAspectFit
     smooth: true
     mipmap: true
+    Accessible.ignored: true
+
     source: name.length > 0 ? "image://symbol/" + name + "/" + Theme.hex(color) : ""
 }

@@ -16,6 +16,11 @@ Dialog {
     padding: 24
     topPadding: 22
     closePolicy: Popup.CloseOnEscape
+    // The dialog takes the keyboard, so Escape closes it and Tab walks its buttons.
+    focus: true
+    // The title names the dialog for a screen reader; it is drawn in the content below.
+    title: "Move selected files to Trash?"
+    header: null
 
     T.Overlay.modal: Rectangle { color: Qt.rgba(0, 0, 0, 0.55) }
 
@@ -42,8 +47,9 @@ Dialog {
                     size: 19
                 }
             }
-            Text {
+            ReadText {
                 objectName: "trashTitle"
+                Accessible.role: Accessible.Heading
                 Layout.fillWidth: true
                 text: "Move selected files to Trash?"
                 color: Theme.text
@@ -52,7 +58,7 @@ Dialog {
                 wrapMode: Text.WordWrap
             }
         }
-        Text {
+        ReadText {
             objectName: "trashMessage"
             Layout.fillWidth: true
             Layout.topMargin: 4

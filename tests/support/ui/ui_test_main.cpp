@@ -1,5 +1,6 @@
 // The interface tests' entry: one offscreen QGuiApplication for the whole run, in English (US).
 #include "tests/support/temp_home.h"
+#include "tests/support/ui/accessible_tree.h"
 #include "ui/app_setup.h"
 
 #include <QGuiApplication>
@@ -39,6 +40,9 @@ int main(int argc, char** argv) {
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/quorrin-tests-have-no-session-bus");
     QGuiApplication app(argc, argv);
     quorrin::ui::prepareApplication(app);
+    // The window is read as an assistive technology reads it: with the platform's accessibility
+    // on, as it is on a desktop where a screen reader runs.
+    quorrin::testing::turnAccessibilityOn();
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }
