@@ -48,6 +48,7 @@ void DigestQueue::work() {
         lock.unlock();
         platform::Result<std::string> result =
             job.full ? digest(job.path, platform_) : sampleDigest(job.path, job.size, platform_);
+        bytesDone_.fetch_add(jobReadBytes(job.size, job.full), std::memory_order_relaxed);
         lock.lock();
         results_[position].emplace(std::move(result));
         done_.notify_all();
@@ -59,6 +60,10 @@ const platform::Result<std::string>& DigestQueue::wait(std::size_t position) {
     done_.wait(lock, [&] { return results_[position].has_value(); });
     // Never written again, and deque elements stay in place, so the reference outlives the lock.
     return *results_[position];
+}
+
+std::int64_t jobReadBytes(std::int64_t size, bool full) {
+    return full ? size : std::min(size, 2 * sampleBlockSize);
 }
 
 unsigned digestThreads() {

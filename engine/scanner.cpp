@@ -43,7 +43,7 @@ public:
         for (const std::string& root : request_.roots)
             scanRoot(root);
         if (duplicates_)
-            duplicates_->finish(result_.files, result_.notes, request_.progress);
+            duplicates_->finish(result_.files, result_.notes, request_.progress, request_.amount);
         return std::move(result_);
     }
 

@@ -15,7 +15,8 @@ void Store::previewStart() {
                                 .inspect = false,
                                 .compareDuplicates = compareDuplicates,
                                 .includeProjects = false,
-                                .progress = progressPoster()};
+                                .progress = progressPoster(),
+                                .amount = amountPoster()};
     runScan(std::move(request), [compareDuplicates](Store& store, Engine::ScanResult result) {
         // Published as Start publishes its scan: the lists show what the plan was made from.
         store.files_ = std::move(result.files);
@@ -31,6 +32,7 @@ void Store::previewStart() {
 }
 
 void Store::startPlanning(std::vector<std::string> notes) {
+    setProgress({});
     StartPlanRequest request{.files = files_, .autoDuplicates = autoDuplicates_, .kept = kept_};
     std::weak_ptr<Store*> weak = self_;
     Executor& executor = executor_;

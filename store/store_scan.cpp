@@ -48,7 +48,8 @@ void Store::scan(ScanChoice choice) {
                                 .compareDuplicates = compareDuplicates,
                                 .includeProjects = false,
                                 .readUsageDates = choice.usageDates,
-                                .progress = progressPoster()};
+                                .progress = progressPoster(),
+                                .amount = amountPoster()};
     const bool readUsageDates = choice.usageDates;
     runScan(std::move(request), [=](Store& store, Engine::ScanResult result) {
         store.publishScan(std::move(result.files), std::move(result.notes), choice, inspect,
@@ -80,6 +81,7 @@ void Store::publishScan(std::vector<Entry> files, std::vector<std::string> notes
 }
 
 void Store::startArrangement(std::vector<std::string> notes, std::optional<StartPlan> plan) {
+    setProgress({});  // the comparison is over; the moves give no measure
     setStatus("Organizing your files…");
     ArrangementRequest request{.files = files_,
                                .autoDuplicates = autoDuplicates_,

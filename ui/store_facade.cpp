@@ -195,6 +195,9 @@ void StoreFacade::changed(store::Property property) {
             startPlan_.reload(store_->startPlan());
             emit startPlanChanged();
             break;
+        case Property::progress:
+            emit progressChanged();
+            break;
     }
 }
 

@@ -47,11 +47,6 @@ ApplicationWindow {
         page = name
     }
 
-    Item {
-        id: focusSink
-        objectName: "focusSink"
-    }
-
     // The keyboard shortcuts; none acts while a dialog is open, and in the search field Ctrl+A and
     // Delete keep their text-editing meaning.
     readonly property bool dialogOpen: trashConfirmation.opened || folderChooser.opened
