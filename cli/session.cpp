@@ -1,3 +1,4 @@
+// Runs one command's Store on the calling thread, draining its main-thread queue until idle.
 #include "cli/session.h"
 
 #include <ostream>

@@ -1,3 +1,4 @@
+// Groups files by size, then by sample digest, then by full digest, and marks the later copies.
 #include "engine/duplicates.h"
 
 #include "engine/paths.h"

@@ -1,3 +1,4 @@
+// Walks the connected folders into entries and notes, classifying each file as it goes.
 #include "engine/scanner.h"
 
 #include "engine/category.h"

@@ -1,3 +1,4 @@
+// The Store's observers, status and progress, the settings it changes at once, keep and unkeep.
 #include "store/store.h"
 
 #include "engine/paths.h"

@@ -1,3 +1,4 @@
+// Publishes the Store's state to QML as properties and forwards the user's operations.
 #include "ui/store_facade.h"
 
 #include "engine/paths.h"
