@@ -171,7 +171,7 @@ TEST_F(AccessiblePages, TheConfirmationIsANamedDialog) {
         findNode(nodes, QAccessible::Dialog, "Move selected files to Trash?");
     ASSERT_NE(dialog, nullptr);
     EXPECT_NE(findNode(nodes, QAccessible::StaticText,
-                       "Kept files are protected. You can restore trashed files from Finder. "
+                       "Kept files are protected. You can restore trashed files from the Trash. "
                        "Duplicate originals are checked again before removal."),
               nullptr);
     EXPECT_NE(findNode(nodes, QAccessible::Button, "Move to Trash"), nullptr);
