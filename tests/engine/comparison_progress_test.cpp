@@ -103,6 +103,36 @@ TEST_F(ComparisonProgress, NothingToCompareReportsNothing) {
     EXPECT_TRUE(reports.empty());
 }
 
+TEST(HealthCheckProgress, FilesCheckedOutOfFilesToCheckOnceTheWalkIsOver) {
+    TempHome home;
+    for (int i = 0; i < 5; ++i)
+        home.writeFile("Downloads/doc" + std::to_string(i) + ".txt", "text");
+    home.writeFile("Downloads/empty.txt", "");
+    home.writeFile("Downloads/movie.mkv.part", "half");  // a download in progress: not checked
+    std::vector<Report> reports;
+    bool walkTextAfterReport = false;
+    ScanResult result = scan({.roots = {home.path("Downloads")},
+                              .inspect = true,
+                              .progress =
+                                  [&](const std::string&) {
+                                      walkTextAfterReport = walkTextAfterReport || !reports.empty();
+                                  },
+                              .amount =
+                                  [&](std::int64_t done, std::int64_t total) {
+                                      reports.push_back({done, total});
+                                  }});
+    ASSERT_EQ(reports.size(), 6u);
+    for (std::size_t i = 0; i < reports.size(); ++i) {
+        EXPECT_EQ(reports[i].done, std::int64_t(i + 1));
+        EXPECT_EQ(reports[i].total, 6);
+    }
+    EXPECT_FALSE(walkTextAfterReport);
+    int findings = 0;
+    for (const Entry& entry : result.files)
+        findings += entry.issue.has_value();
+    EXPECT_EQ(findings, 1);  // the empty file
+}
+
 TEST(DigestQueueProgress, AFullDigestCountsItsBytesAsItReads) {
     TempHome home;
     const std::int64_t size = 3 * std::int64_t(fullDigestChunkSize) + 10;
