@@ -88,7 +88,8 @@ platform::Status hashSpan(platform::Platform& platform, const platform::Fd& file
 
 }  // namespace
 
-Result<std::string> digest(const std::string& path, platform::Platform& platform) {
+Result<std::string> digest(const std::string& path, platform::Platform& platform,
+                           const BytesRead& bytesRead) {
     auto file = platform.openForReading(path);
     if (!file)
         return file.error();
@@ -101,6 +102,8 @@ Result<std::string> digest(const std::string& path, platform::Platform& platform
         if (*n == 0)
             break;
         sha.update(buffer.data(), *n);
+        if (bytesRead)
+            bytesRead(*n);
     }
     return sha.hex();
 }

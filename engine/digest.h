@@ -4,6 +4,7 @@
 #include "platform/platform.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 namespace quorrin::Engine {
@@ -11,9 +12,13 @@ namespace quorrin::Engine {
 inline constexpr std::int64_t sampleBlockSize = 65'536;
 inline constexpr std::size_t fullDigestChunkSize = 1'048'576;
 
+// Hears how many bytes each read brought, as a digest goes on.
+using BytesRead = std::function<void(std::size_t count)>;
+
 // SHA-256 of the whole file as 64 lower-case hexadecimal digits, read 1 MiB at a time.
 platform::Result<std::string> digest(const std::string& path,
-                                     platform::Platform& platform = platform::system());
+                                     platform::Platform& platform = platform::system(),
+                                     const BytesRead& bytesRead = {});
 // SHA-256 of the first 64 KiB and, for files larger than that, of the 64 KiB that end at
 // max(size, 128 KiB), where `size` is the size the scan recorded.
 platform::Result<std::string> sampleDigest(const std::string& path, std::int64_t size,

@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -36,10 +37,12 @@ public:
 
     // Queues a job; returns its position.
     std::size_t add(DigestJob job);
-    // The digest of the job at `position`, or the error that stopped it.
-    const platform::Result<std::string>& wait(std::size_t position);
-    // The bytes that the jobs finished so far had to read (jobReadBytes of each, also when one
-    // failed), from any thread.
+    // The digest of the job at `position`, or the error that stopped it. `meanwhile` is called
+    // (without the queue's lock) before each wait and whenever a worker has read more.
+    const platform::Result<std::string>& wait(std::size_t position,
+                                              const std::function<void()>& meanwhile = {});
+    // The bytes read so far: of a full digest as it goes, each job counted as jobReadBytes once it
+    // is over (also when it failed), from any thread.
     std::int64_t bytesDone() const { return bytesDone_.load(std::memory_order_relaxed); }
 
 private:

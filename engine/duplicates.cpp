@@ -105,7 +105,7 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
         // An ordered map keeps the visiting order of sample groups deterministic.
         std::map<std::string, std::vector<std::size_t>> bySample;
         for (std::size_t member : groups[g]) {
-            const auto& sampled = queue_.wait(sampleJob_[member]);
+            const auto& sampled = queue_.wait(sampleJob_[member], report);
             report();
             if (!sampled)
                 plans[g].notes.push_back("Could not sample " + nameOf(entries[member]));
@@ -145,7 +145,7 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
                 Entry& entry = entries[member];
                 if (progress)
                     progress("Comparing content • " + nameOf(entry));
-                const auto& full = queue_.wait(job);
+                const auto& full = queue_.wait(job, report);
                 report();
                 if (!full) {
                     notes.push_back("Could not compare " + nameOf(entry));

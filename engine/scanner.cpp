@@ -43,6 +43,8 @@ public:
     ScanResult run() {
         for (const std::string& root : request_.roots)
             scanRoot(root);
+        if (request_.inspect)
+            inspectFiles();
         if (duplicates_)
             duplicates_->finish(result_.files, result_.notes, request_.progress, request_.amount);
         return std::move(result_);
@@ -157,11 +159,6 @@ private:
             if (auto used = usage_.find(entry.url); used != usage_.end())
                 entry.lastUsed = used->second;
         }
-        // A download in progress is unfinished by nature: an empty placeholder is not an empty
-        // file.
-        if (request_.inspect && !downloading)
-            entry.issue =
-                healthIssue(entry.url, lowercase(pathExtension(entry.url)), entry.size, platform_);
         result_.files.push_back(std::move(entry));
         // Files of a size already seen are read and hashed while the walk goes on.
         if (duplicates_)
@@ -169,6 +166,27 @@ private:
                              FileIdentity{info.device, info.inode});
         if (result_.files.size() % progressInterval == 0)
             say("Indexed " + std::to_string(result_.files.size()) + " files…");
+    }
+
+    // The health check, once the walk is over so that the files to check are known: the amount
+    // is files checked out of files to check. A download in progress is unfinished by nature (an
+    // empty placeholder is not an empty file) and is not checked.
+    void inspectFiles() {
+        std::int64_t toCheck = 0;
+        for (const Entry& entry : result_.files)
+            toCheck += !entry.downloading;
+        std::int64_t checked = 0, lastPermille = -1;
+        for (Entry& entry : result_.files) {
+            if (entry.downloading)
+                continue;
+            entry.issue =
+                healthIssue(entry.url, lowercase(pathExtension(entry.url)), entry.size, platform_);
+            const std::int64_t permille = ++checked * 1000 / toCheck;
+            if (request_.amount && permille != lastPermille) {
+                lastPermille = permille;
+                request_.amount(checked, toCheck);
+            }
+        }
     }
 
     const ScanRequest& request_;

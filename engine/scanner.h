@@ -23,7 +23,8 @@ struct ScanRequest {
     bool includeProjects = false;    // enter folders that are projects
     bool readUsageDates = false;     // take last-used dates from the recently-used list
     Progress progress;               // status texts, called on the scanning thread
-    // While contents are compared: the bytes read out of the bytes the comparison will read.
+    // How far the stages after the walk are: files checked out of files to check while the health
+    // check runs, then bytes read out of bytes to read while contents are compared.
     ProgressAmount amount;
     RootPolicy rootPolicy;  // whether a root may be scanned; allowedRoot() when empty
     // Threads that read folders ahead of the walk: readAheadThreads() when absent; with 0 the walk

@@ -88,6 +88,20 @@ TEST_F(StoreComparisonProgress, StartMeasuresTheComparisonThenArrangesWithoutAMe
     EXPECT_EQ(store.progress(), ProgressAmount{});
 }
 
+TEST_F(StoreComparisonProgress, CheckHealthMeasuresFilesCheckedOutOfFilesToCheck) {
+    Store& store = f.open();
+    Recorder recorder(store);
+    store.scan({.health = true});
+    f.settle();
+    ASSERT_FALSE(recorder.seen.empty());
+    std::vector<ProgressAmount> measured;
+    for (const Seen& s : recorder.seen)
+        if (s.property == Property::progress && s.progress.total > 0)
+            measured.push_back(s.progress);
+    EXPECT_EQ(measured, (std::vector<ProgressAmount>{{1, 2}, {2, 2}}));
+    EXPECT_EQ(store.progress(), ProgressAmount{});
+}
+
 TEST_F(StoreComparisonProgress, AQuickScanHasNoMeasure) {
     Store& store = f.open();
     Recorder recorder(store);
