@@ -4,11 +4,12 @@
 #include "engine/digest.h"
 
 #include <algorithm>
+#include <cerrno>
 
 namespace quorrin::Engine {
 
-DigestQueue::DigestQueue(unsigned threads, platform::Platform& platform)
-    : threads_(std::max(threads, 1u)), platform_(platform) {}
+DigestQueue::DigestQueue(unsigned threads, platform::Platform& platform, StopRequest stop)
+    : threads_(std::max(threads, 1u)), platform_(platform), stop_(std::move(stop)) {}
 
 DigestQueue::~DigestQueue() {
     {
@@ -47,7 +48,9 @@ void DigestQueue::work() {
         const DigestJob& job = jobs_[position];  // never moved nor changed once queued
         lock.unlock();
         platform::Result<std::string> result =
-            job.full ? digest(job.path, platform_) : sampleDigest(job.path, job.size, platform_);
+            stop_.requested() ? platform::Error::fromErrno(ECANCELED)
+            : job.full        ? digest(job.path, platform_, stop_)
+                              : sampleDigest(job.path, job.size, platform_);
         lock.lock();
         results_[position].emplace(std::move(result));
         done_.notify_all();

@@ -36,14 +36,15 @@ public:
         if (request.readUsageDates)
             usage_ = platform.readUsageDates();
         if (request.compareDuplicates)
-            duplicates_.emplace(platform);
+            duplicates_.emplace(platform, 0, request.stop);
     }
 
     ScanResult run() {
         for (const std::string& root : request_.roots)
             scanRoot(root);
-        if (duplicates_)
+        if (duplicates_ && !request_.stop.requested())
             duplicates_->finish(result_.files, result_.notes, request_.progress);
+        result_.stopped = request_.stop.requested();
         return std::move(result_);
     }
 
@@ -54,6 +55,8 @@ private:
     }
 
     void scanRoot(const std::string& root) {
+        if (request_.stop.requested())
+            return;
         say("Reading " + std::string(lastComponent(root)) + "…");
         bool allowed =
             request_.rootPolicy ? request_.rootPolicy(root) : allowedRoot(root, platform_);
@@ -77,7 +80,7 @@ private:
         std::vector<Frame> stack;
         stack.push_back(Frame{.folder = std::move(folder), .path = root});
 
-        while (!stack.empty()) {
+        while (!stack.empty() && !request_.stop.requested()) {
             Frame& frame = stack.back();
             if (frame.next == frame.folder.names.size()) {
                 stack.pop_back();
@@ -158,7 +161,7 @@ private:
         }
         // A download in progress is unfinished by nature: an empty placeholder is not an empty
         // file.
-        if (request_.inspect && !downloading)
+        if (request_.inspect && !downloading && !request_.stop.requested())
             entry.issue =
                 healthIssue(entry.url, lowercase(pathExtension(entry.url)), entry.size, platform_);
         result_.files.push_back(std::move(entry));
