@@ -1,3 +1,4 @@
+// Reads files in blocks through the platform and hashes them with SHA-256 (libcrypto).
 #include "engine/digest.h"
 
 #include <algorithm>

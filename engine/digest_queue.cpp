@@ -51,6 +51,7 @@ void DigestQueue::work() {
             stop_.requested() ? platform::Error::fromErrno(ECANCELED)
             : job.full        ? digest(job.path, platform_, stop_)
                               : sampleDigest(job.path, job.size, platform_);
+        bytesDone_.fetch_add(jobReadBytes(job.size, job.full), std::memory_order_relaxed);
         lock.lock();
         results_[position].emplace(std::move(result));
         done_.notify_all();
@@ -62,6 +63,10 @@ const platform::Result<std::string>& DigestQueue::wait(std::size_t position) {
     done_.wait(lock, [&] { return results_[position].has_value(); });
     // Never written again, and deque elements stay in place, so the reference outlives the lock.
     return *results_[position];
+}
+
+std::int64_t jobReadBytes(std::int64_t size, bool full) {
+    return full ? size : std::min(size, 2 * sampleBlockSize);
 }
 
 unsigned digestThreads() {

@@ -4,6 +4,7 @@
 #include "engine/stop_request.h"
 #include "platform/platform.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -18,7 +19,7 @@ namespace quorrin::Engine {
 // One digest to compute: the sample digest of a file with its recorded size, or its full digest.
 struct DigestJob {
     std::string path;
-    std::int64_t size = 0;
+    std::int64_t size = 0;  // as the scan recorded it
     bool full = false;
 };
 
@@ -40,6 +41,9 @@ public:
     std::size_t add(DigestJob job);
     // The digest of the job at `position`, or the error that stopped it.
     const platform::Result<std::string>& wait(std::size_t position);
+    // The bytes that the jobs finished so far had to read (jobReadBytes of each, also when one
+    // failed), from any thread.
+    std::int64_t bytesDone() const { return bytesDone_.load(std::memory_order_relaxed); }
 
 private:
     void work();
@@ -56,7 +60,12 @@ private:
     std::size_t nextClaim_ = 0;
     bool stopping_ = false;
     std::vector<std::thread> workers_;  // touched by the adding thread only
+    std::atomic<std::int64_t> bytesDone_{0};
 };
+
+// The bytes a job reads: the whole file for a full digest (its size as recorded), the two sample
+// blocks, or the whole file when it is smaller, for a sample digest.
+std::int64_t jobReadBytes(std::int64_t size, bool full);
 
 // How many threads read and hash: the machine's hardware threads, at least two (so that reading
 // one file overlaps hashing another) and at most eight.

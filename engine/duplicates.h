@@ -46,8 +46,11 @@ public:
     // appended it, with what it names; earlier entries must still be in the list.
     void add(const std::vector<Entry>& entries, std::size_t position, FileIdentity identity);
     // Marks the duplicates in `entries` (the list that was fed in, complete), appends the notes.
+    // `amount` hears the bytes read out of the bytes to read: every sample of a size group, and
+    // the full digest of every member of a sample group (counted for all members of size groups
+    // at first, then taken off for those whose sample turns out unique).
     void finish(std::vector<Entry>& entries, std::vector<std::string>& notes,
-                const Progress& progress);
+                const Progress& progress, const ProgressAmount& amount = {});
 
 private:
     static constexpr std::size_t notSampled = static_cast<std::size_t>(-1);
@@ -68,6 +71,7 @@ private:
 // unknown (then no two paths count as one file).
 void markDuplicates(std::vector<Entry>& entries, const std::vector<FileIdentity>& identities,
                     std::vector<std::string>& notes, const Progress& progress,
-                    platform::Platform& platform = platform::system(), unsigned threads = 0);
+                    platform::Platform& platform = platform::system(), unsigned threads = 0,
+                    const ProgressAmount& amount = {});
 
 }  // namespace quorrin::Engine

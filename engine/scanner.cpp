@@ -1,3 +1,4 @@
+// Walks the connected folders into entries and notes, classifying each file as it goes.
 #include "engine/scanner.h"
 
 #include "engine/category.h"
@@ -43,7 +44,7 @@ public:
         for (const std::string& root : request_.roots)
             scanRoot(root);
         if (duplicates_ && !request_.stop.requested())
-            duplicates_->finish(result_.files, result_.notes, request_.progress);
+            duplicates_->finish(result_.files, result_.notes, request_.progress, request_.amount);
         result_.stopped = request_.stop.requested();
         return std::move(result_);
     }

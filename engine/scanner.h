@@ -24,7 +24,9 @@ struct ScanRequest {
     bool includeProjects = false;    // enter folders that are projects
     bool readUsageDates = false;     // take last-used dates from the recently-used list
     Progress progress;               // status texts, called on the scanning thread
-    RootPolicy rootPolicy;           // whether a root may be scanned; allowedRoot() when empty
+    // While contents are compared: the bytes read out of the bytes the comparison will read.
+    ProgressAmount amount;
+    RootPolicy rootPolicy;  // whether a root may be scanned; allowedRoot() when empty
     // Threads that read folders ahead of the walk: readAheadThreads() when absent; with 0 the walk
     // reads each folder itself. The files, notes and their order are the same either way.
     std::optional<unsigned> readAheadThreads;

@@ -1,3 +1,4 @@
+// Carries out Start under the history lock: duplicates to the Trash, then the moves, written ahead.
 #include "store/arrangement.h"
 
 #include "engine/download_in_progress.h"

@@ -49,6 +49,14 @@ struct StoreTestHooks {
     std::function<void()> beforeArrangement;
 };
 
+// How far the running operation has come, when it can tell: `done` out of `total` in its own
+// units (bytes read while contents are compared); `total` is 0 when it cannot tell.
+struct ProgressAmount {
+    std::int64_t done = 0;
+    std::int64_t total = 0;
+    bool operator==(const ProgressAmount&) const = default;
+};
+
 inline constexpr const char* initialStatus = "Your space. In order.";
 inline constexpr const char* lockBusyMessage = historyBusyText;
 // The activity line of a settings write that failed starts with this, then the system's text.
@@ -69,6 +77,7 @@ public:
     bool olderScanned() const { return olderScanned_; }
     bool busy() const { return busy_; }
     const std::string& status() const { return status_; }
+    const ProgressAmount& progress() const { return progress_; }
     const std::deque<Activity>& activity() const { return activity_; }  // newest first
     const std::set<std::string>& kept() const { return kept_; }
     std::int64_t weeks() const { return weeks_; }
@@ -154,6 +163,9 @@ private:
     // A callback for background work that posts progress texts to the main thread; it holds the
     // Store only weakly and drops texts that arrive after the operation ended.
     std::function<void(const std::string&)> progressPoster();
+    // The same for amounts of progress.
+    Engine::ProgressAmount amountPoster();
+    void setProgress(ProgressAmount progress);
     // From any thread: runs `work` on the main thread later, unless the Store is gone by then.
     static void postTo(const std::weak_ptr<Store*>& store, Executor& executor,
                        std::function<void(Store&)> work);
@@ -190,6 +202,7 @@ private:
     bool olderScanned_ = false;
     bool busy_ = false;
     std::string status_ = initialStatus;
+    ProgressAmount progress_;
     std::deque<Activity> activity_;
     std::set<std::string> kept_;
     std::int64_t weeks_ = 4;

@@ -16,6 +16,7 @@ void Store::previewStart() {
                                 .compareDuplicates = compareDuplicates,
                                 .includeProjects = false,
                                 .progress = progressPoster(),
+                                .amount = amountPoster(),
                                 .stop = beginStoppable()};
     runScan(std::move(request), [compareDuplicates](Store& store, Engine::ScanResult result) {
         // Published as Start publishes its scan: the lists show what the plan was made from.
@@ -32,6 +33,7 @@ void Store::previewStart() {
 }
 
 void Store::startPlanning(std::vector<std::string> notes) {
+    setProgress({});
     StartPlanRequest request{.files = files_, .autoDuplicates = autoDuplicates_, .kept = kept_};
     std::weak_ptr<Store*> weak = self_;
     Executor& executor = executor_;

@@ -75,6 +75,7 @@ void Store::scan(ScanChoice choice) {
                                 .includeProjects = false,
                                 .readUsageDates = choice.usageDates,
                                 .progress = progressPoster(),
+                                .amount = amountPoster(),
                                 .stop = beginStoppable()};
     const bool readUsageDates = choice.usageDates;
     runScan(std::move(request), [=](Store& store, Engine::ScanResult result) {
@@ -107,6 +108,7 @@ void Store::publishScan(std::vector<Entry> files, std::vector<std::string> notes
 }
 
 void Store::startArrangement(std::vector<std::string> notes, std::optional<StartPlan> plan) {
+    setProgress({});  // the comparison is over; the moves give no measure
     setStatus("Organizing your files…");
     ArrangementRequest request{.files = files_,
                                .autoDuplicates = autoDuplicates_,

@@ -1,3 +1,4 @@
+// Publishes the Store's state to QML as properties and forwards the user's operations.
 #include "ui/store_facade.h"
 
 #include "engine/paths.h"
@@ -194,6 +195,9 @@ void StoreFacade::changed(store::Property property) {
         case Property::startPlan:
             startPlan_.reload(store_->startPlan());
             emit startPlanChanged();
+            break;
+        case Property::progress:
+            emit progressChanged();
             break;
     }
 }

@@ -75,6 +75,18 @@ TEST_F(AccessiblePages, EveryControlOfEveryPageHasAName) {
     }
 }
 
+TEST_F(AccessiblePages, TheOptionsOfAnOpenPickerAreNamed) {
+    ui.pressSidebar("File health");
+    ui.click("healthPicker.menu");
+    ASSERT_TRUE(ui.waitFor([&] { return ui.isShown("option:Empty files"); }));
+    QStringList options;
+    for (const AccessibleNode& node : showingNodes(ui.window()))
+        if (node.object && node.object->objectName().startsWith("option:"))
+            options.append(node.name);
+    EXPECT_TRUE(options.contains("All signals")) << options.join(", ").toStdString();
+    EXPECT_TRUE(options.contains("Empty files")) << options.join(", ").toStdString();
+}
+
 TEST_F(AccessiblePages, IconsAreNotInTheTree) {
     for (const QString& page : pages) {
         ui.pressSidebar(page);

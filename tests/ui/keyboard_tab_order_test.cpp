@@ -113,6 +113,22 @@ TEST_F(KeyboardTabOrder, TheRingShowsForTheKeyboardOnly) {
     EXPECT_EQ(ringsShown(), 1);
 }
 
+TEST_F(KeyboardTabOrder, ASidebarClickTakesTheKeyboardBackToTheStart) {
+    ui.open();
+    walk(1);
+    ASSERT_EQ(focused(), "sidebar:Overview");
+    ui.pressSidebar("All files");
+    EXPECT_EQ(ringsShown(), 0);
+    EXPECT_FALSE(ui.item("sidebar:Overview")->activeFocusOnTab());
+    EXPECT_EQ(walk(2), (QStringList{"sidebar:All files", "pageActionButton"}));
+
+    ui.typeInto("searchField", "x");
+    ASSERT_EQ(focused(), "searchField");
+    ui.pressSidebar("Duplicates");
+    EXPECT_NE(focused(), "searchField");
+    EXPECT_EQ(walk(1), QStringList{"sidebar:Duplicates"});
+}
+
 TEST_F(KeyboardTabOrder, AClickShowsNoRing) {
     ui.home.writeFile("Documents/a.txt", "a");
     ui.open();
