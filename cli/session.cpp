@@ -10,6 +10,8 @@ Session::Session(const CliContext& context, std::ostream& err)
       err_(err),
       showProgress_(context.progressOnTerminal) {
     store_->setTestHooks(context.hooks);
+    if (context.stop.flag() != nullptr)
+        store_->useStopRequest(context.stop);
     store_->addObserver(this);
 }
 

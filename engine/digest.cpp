@@ -2,6 +2,7 @@
 #include "engine/digest.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <memory>
 #include <new>
 #include <span>
@@ -89,13 +90,15 @@ platform::Status hashSpan(platform::Platform& platform, const platform::Fd& file
 }  // namespace
 
 Result<std::string> digest(const std::string& path, platform::Platform& platform,
-                           const BytesRead& bytesRead) {
+                           const BytesRead& bytesRead, const StopRequest& stop) {
     auto file = platform.openForReading(path);
     if (!file)
         return file.error();
     Sha256 sha;
     std::span<std::byte> buffer = readBuffer(fullDigestChunkSize);
     for (;;) {
+        if (stop.requested())
+            return Error::fromErrno(ECANCELED);
         auto n = platform.read(*file, buffer);
         if (!n)
             return n.error();

@@ -4,11 +4,12 @@
 #include "engine/digest.h"
 
 #include <algorithm>
+#include <cerrno>
 
 namespace quorrin::Engine {
 
-DigestQueue::DigestQueue(unsigned threads, platform::Platform& platform)
-    : threads_(std::max(threads, 1u)), platform_(platform) {}
+DigestQueue::DigestQueue(unsigned threads, platform::Platform& platform, StopRequest stop)
+    : threads_(std::max(threads, 1u)), platform_(platform), stop_(std::move(stop)) {}
 
 DigestQueue::~DigestQueue() {
     {
@@ -59,9 +60,10 @@ void DigestQueue::work() {
             bytesDone_.fetch_add(added, std::memory_order_relaxed);
             done_.notify_all();  // a waiter may report how far the reading is
         };
-        platform::Result<std::string> result = job.full
-                                                   ? digest(job.path, platform_, count)
-                                                   : sampleDigest(job.path, job.size, platform_);
+        platform::Result<std::string> result =
+            stop_.requested() ? platform::Error::fromErrno(ECANCELED)
+            : job.full        ? digest(job.path, platform_, count, stop_)
+                              : sampleDigest(job.path, job.size, platform_);
         bytesDone_.fetch_add(planned - counted, std::memory_order_relaxed);
         lock.lock();
         results_[position].emplace(std::move(result));

@@ -1,6 +1,7 @@
 // DigestQueue: content digests computed on worker threads, handed out by position.
 #pragma once
 
+#include "engine/stop_request.h"
 #include "platform/platform.h"
 
 #include <atomic>
@@ -30,7 +31,9 @@ struct DigestJob {
 // they finish the job each has in hand, leave the rest and are joined.
 class DigestQueue {
 public:
-    DigestQueue(unsigned threads, platform::Platform& platform);
+    // Once `stop` is requested, every job not yet done ends with ECANCELED, a full digest in
+    // the middle of its file included.
+    DigestQueue(unsigned threads, platform::Platform& platform, StopRequest stop = {});
     ~DigestQueue();
     DigestQueue(const DigestQueue&) = delete;
     DigestQueue& operator=(const DigestQueue&) = delete;
@@ -50,6 +53,7 @@ private:
 
     const unsigned threads_;
     platform::Platform& platform_;
+    const StopRequest stop_;
     std::mutex mutex_;
     std::condition_variable queued_;
     std::condition_variable done_;

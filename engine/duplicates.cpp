@@ -46,8 +46,9 @@ struct SizeGroupPlan {
 
 }  // namespace
 
-DuplicateAnalysis::DuplicateAnalysis(platform::Platform& platform, unsigned threads)
-    : queue_(threads == 0 ? digestThreads() : threads, platform) {}
+DuplicateAnalysis::DuplicateAnalysis(platform::Platform& platform, unsigned threads,
+                                     StopRequest stop)
+    : queue_(threads == 0 ? digestThreads() : threads, platform, stop), stop_(std::move(stop)) {}
 
 void DuplicateAnalysis::sample(const std::vector<Entry>& entries, std::size_t position) {
     sampleJob_[position] =
@@ -104,6 +105,8 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
     for (std::size_t g = 0; g < groups.size(); ++g) {
         // An ordered map keeps the visiting order of sample groups deterministic.
         std::map<std::string, std::vector<std::size_t>> bySample;
+        if (stop_.requested())
+            return;
         for (std::size_t member : groups[g]) {
             const auto& sampled = queue_.wait(sampleJob_[member], report);
             report();
@@ -142,6 +145,8 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
         for (const auto& group : plan.sampleGroups) {
             std::unordered_map<std::string, std::size_t> firstWithDigest;
             for (const auto& [member, job] : group) {
+                if (stop_.requested())
+                    return;
                 Entry& entry = entries[member];
                 if (progress)
                     progress("Comparing content • " + nameOf(entry));

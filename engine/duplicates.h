@@ -37,8 +37,10 @@ struct FileIdentity {
 class DuplicateAnalysis {
 public:
     // `threads`: how many threads read and hash; 0 for digestThreads().
+    // A stop requested through `stop` abandons the reading; finish() then returns at once, with
+    // the marks incomplete (the caller discards them).
     explicit DuplicateAnalysis(platform::Platform& platform = platform::system(),
-                               unsigned threads = 0);
+                               unsigned threads = 0, StopRequest stop = {});
 
     // Called for each entry of `entries` in turn (positions 0, 1, 2, …) as soon as the walk has
     // appended it, with what it names; earlier entries must still be in the list.
@@ -56,6 +58,7 @@ private:
     void sample(const std::vector<Entry>& entries, std::size_t position);
 
     DigestQueue queue_;
+    StopRequest stop_;
     // Per size: its first entry while it is the only one, then notSampled once all of that size
     // are being sampled.
     std::unordered_map<std::int64_t, std::size_t> firstOfSize_;

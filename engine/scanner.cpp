@@ -37,16 +37,17 @@ public:
         if (request.readUsageDates)
             usage_ = platform.readUsageDates();
         if (request.compareDuplicates)
-            duplicates_.emplace(platform);
+            duplicates_.emplace(platform, 0, request.stop);
     }
 
     ScanResult run() {
         for (const std::string& root : request_.roots)
             scanRoot(root);
-        if (request_.inspect)
+        if (request_.inspect && !request_.stop.requested())
             inspectFiles();
-        if (duplicates_)
+        if (duplicates_ && !request_.stop.requested())
             duplicates_->finish(result_.files, result_.notes, request_.progress, request_.amount);
+        result_.stopped = request_.stop.requested();
         return std::move(result_);
     }
 
@@ -57,6 +58,8 @@ private:
     }
 
     void scanRoot(const std::string& root) {
+        if (request_.stop.requested())
+            return;
         say("Reading " + std::string(lastComponent(root)) + "…");
         bool allowed =
             request_.rootPolicy ? request_.rootPolicy(root) : allowedRoot(root, platform_);
@@ -80,7 +83,7 @@ private:
         std::vector<Frame> stack;
         stack.push_back(Frame{.folder = std::move(folder), .path = root});
 
-        while (!stack.empty()) {
+        while (!stack.empty() && !request_.stop.requested()) {
             Frame& frame = stack.back();
             if (frame.next == frame.folder.names.size()) {
                 stack.pop_back();
@@ -179,6 +182,8 @@ private:
         for (Entry& entry : result_.files) {
             if (entry.downloading)
                 continue;
+            if (request_.stop.requested())
+                return;  // the result is dropped: a stopped scan publishes nothing
             entry.issue =
                 healthIssue(entry.url, lowercase(pathExtension(entry.url)), entry.size, platform_);
             const std::int64_t permille = ++checked * 1000 / toCheck;

@@ -3,6 +3,7 @@
 
 #include "engine/progress.h"
 #include "engine/scan_result.h"
+#include "engine/stop_request.h"
 #include "platform/platform.h"
 
 #include <functional>
@@ -30,6 +31,9 @@ struct ScanRequest {
     // Threads that read folders ahead of the walk: readAheadThreads() when absent; with 0 the walk
     // reads each folder itself. The files, notes and their order are the same either way.
     std::optional<unsigned> readAheadThreads;
+    // Checked before every file and folder, and between the blocks of every digest: once
+    // requested, the scan returns at once with `stopped` set.
+    StopRequest stop;
 };
 
 // Walks each root depth-first, children in byte-wise name order, leaving out hidden items,

@@ -73,6 +73,11 @@ public:
     // it acts; the plan's own skips become their messages.
     void carryOut(const StartPlan& plan) {
         for (const StartAction& action : plan.actions) {
+            // Between two files: what was done stays done, recorded in the history.
+            if (request_.stop.requested()) {
+                result_.stopped = true;
+                return;
+            }
             const Entry& file = action.file;
             // Kept since the plan was made: kept files are never arranged or trashed.
             if (request_.kept.contains(file.id()) && action.kind != StartAction::Kind::skip)

@@ -10,6 +10,7 @@
 #include "engine/entry.h"
 #include "engine/move_record.h"
 #include "engine/scanner.h"
+#include "engine/stop_request.h"
 #include "platform/platform.h"
 #include "store/arrangement.h"
 #include "store/executor.h"
@@ -94,6 +95,8 @@ public:
     // Whether writing the settings file failed for an operation of this Store (the change was
     // made in memory and reported in the activity, but will not outlive the process).
     bool settingsNotSaved() const { return settingsNotSaved_; }
+    // Whether the last long operation ended early because a stop was asked for.
+    bool stopped() const { return stopped_; }
 
     // The three properties the views write. setWeeks clamps to 1…52 and saves "weeks".
     // Every operation that saves a setting changes it in memory even when the write fails; the
@@ -135,6 +138,13 @@ public:
     // Puts back the files that arrangements moved.
     void undo();
 
+    // Asks the running long operation to stop at its next safe point: a scan between two files
+    // (or two blocks of a file it reads), Start and clearing between two files. Nothing when idle.
+    void stop();
+    // From now on every operation answers to `shared` instead of a request of its own, so that
+    // whoever holds it (a signal handler) can stop whatever runs; once set, it stays set.
+    void useStopRequest(Engine::StopRequest shared);
+
     // Activity and the weekly Downloads review.
     void log(std::string text);
     std::vector<Entry> stale() const;
@@ -168,6 +178,10 @@ private:
     void startArrangement(std::vector<std::string> notes, std::optional<StartPlan> plan = {});
     void startPlanning(std::vector<std::string> notes);
     void setStartPlan(std::optional<StartPlan> plan);
+    // Called as a long operation begins: the request it (and what it leads to) will answer to.
+    Engine::StopRequest beginStoppable();
+    // Ends an operation whose scan was stopped: nothing is published.
+    void finishStopped();
     void finishArrangement(ArrangementResult outcome, std::vector<std::string> notes);
     platform::Status saveKept();
     // Reports a settings write that failed, after the operation's own line.
@@ -203,6 +217,9 @@ private:
     bool refusedByHistoryLock_ = false;
     bool settingsNotSaved_ = false;
     std::optional<StartPlan> startPlan_;
+    Engine::StopRequest stop_;
+    bool sharedStop_ = false;
+    bool stopped_ = false;
 };
 
 }  // namespace quorrin::store

@@ -16,7 +16,8 @@ void Store::previewStart() {
                                 .compareDuplicates = compareDuplicates,
                                 .includeProjects = false,
                                 .progress = progressPoster(),
-                                .amount = amountPoster()};
+                                .amount = amountPoster(),
+                                .stop = beginStoppable()};
     runScan(std::move(request), [compareDuplicates](Store& store, Engine::ScanResult result) {
         // Published as Start publishes its scan: the lists show what the plan was made from.
         store.files_ = std::move(result.files);
@@ -38,6 +39,7 @@ void Store::startPlanning(std::vector<std::string> notes) {
     Executor& executor = executor_;
     platform::Platform& platform = platform_;
     const std::string historyPath = logPath_;
+    const Engine::StopRequest stop = stop_;
     executor_.runInBackground([=, &executor, &platform, notes = std::move(notes),
                                request = std::move(request)]() mutable {
         // Read, never locked or written: a preview leaves every file as it was. A history that
@@ -46,6 +48,10 @@ void Store::startPlanning(std::vector<std::string> notes) {
             request.historyError = history.error();
         StartPlan plan = planStart(request, platform);
         plan.notes = std::move(notes);
+        if (stop.requested()) {
+            postTo(weak, executor, [](Store& store) { store.finishStopped(); });
+            return;
+        }
         postTo(weak, executor, [plan = std::move(plan)](Store& store) mutable {
             std::size_t moves = 0, trashes = 0;
             for (const StartAction* action : plan.shown()) {
@@ -66,6 +72,7 @@ void Store::runStartPlan() {
     StartPlan plan = std::move(*startPlan_);
     setStartPlan(std::nullopt);
     setBusy(true);
+    beginStoppable();
     std::vector<std::string> notes = plan.notes;
     startArrangement(std::move(notes), std::move(plan));
 }

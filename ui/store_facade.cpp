@@ -87,6 +87,10 @@ void StoreFacade::undo() {
     store_->undo();
 }
 
+void StoreFacade::stop() {
+    store_->stop();
+}
+
 void StoreFacade::previewStart() {
     store_->previewStart();
 }

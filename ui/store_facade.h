@@ -117,6 +117,8 @@ public:
     Q_INVOKABLE void scan(bool organize, bool duplicates, bool health, bool usageDates);
     Q_INVOKABLE void scanOlder();
     Q_INVOKABLE void undo();
+    // Asks the running long operation to stop at its next safe point.
+    Q_INVOKABLE void stop();
 
     // The preview of Start: plan in the background, then run exactly that plan or drop it.
     Q_INVOKABLE void previewStart();

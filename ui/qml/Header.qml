@@ -193,6 +193,17 @@ Item {
                     font.pixelSize: 12
                     elide: Text.ElideRight
                 }
+                // Every operation that sets busy runs long enough to be worth stopping.
+                AppButton {
+                    objectName: "stopButton"
+                    visible: Store.busy
+                    quiet: true
+                    implicitHeight: 30
+                    text: "Stop"
+                    textSize: 12
+                    Accessible.name: "Stop"
+                    onClicked: Store.stop()
+                }
                 AppButton {
                     objectName: "undoButton"
                     visible: Store.moveCount > 0
