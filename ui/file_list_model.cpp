@@ -36,11 +36,16 @@ FileListModel::FileListModel(QObject* parent)
       latest_(std::make_shared<std::atomic<std::uint64_t>>(0)),
       index_(std::make_shared<IndexSlot>()) {
     pool_.setMaxThreadCount(1);
-    const QDateTime now = QDateTime::currentDateTime();
+    setDefaultRange();
+}
+
+void FileListModel::setDefaultRange() {
+    const platform::Instant clock = now();
+    const QDateTime today = localDateTime(clock);
     // Two calendar years before now, or now itself when the calendar cannot go back that far.
-    const auto twoYearsAgo = Engine::Calendar::current().addingMonths(instantOf(now), -24);
-    fromDate_ = twoYearsAgo ? localDateTime(*twoYearsAgo) : now;
-    throughDate_ = now;
+    const auto twoYearsAgo = Engine::Calendar::current().addingMonths(clock, -24);
+    fromDate_ = twoYearsAgo ? localDateTime(*twoYearsAgo) : today;
+    throughDate_ = today;
 }
 
 FileListModel::~FileListModel() {
@@ -116,9 +121,16 @@ void FileListModel::setStore(StoreFacade* store) {
         return;
     if (store_)
         disconnect(store_, nullptr, this, nullptr);
+    const bool first = store_ == nullptr;
     store_ = store;
     if (store_)
         connect(store_, &StoreFacade::listSourceChanged, this, &FileListModel::scheduleRecompute);
+    // The custom range starts from the Store's clock, which is known only now.
+    if (first && store_) {
+        setDefaultRange();
+        emit fromDateChanged();
+        emit throughDateChanged();
+    }
     emit storeChanged();
     scheduleRecompute();
 }

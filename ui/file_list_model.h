@@ -163,6 +163,8 @@ private:
     // new ones, computed now and shown before this returns.
     std::shared_ptr<const std::vector<Engine::Entry>> currentRows();
     platform::Instant now() const;
+    // The custom range's default: the two calendar years up to now.
+    void setDefaultRange();
 
     // Asks for new rows; several changes in one turn of the event loop make one recompute.
     void scheduleRecompute();

@@ -3,6 +3,7 @@
 #include "tests/support/fault_platform.h"
 #include "tests/support/temp_home.h"
 #include "tests/support/ui/qt_printing.h"
+#include "ui/date_text.h"
 #include "ui/file_list_model.h"
 #include "ui/find_older_text.h"
 #include "ui/format.h"
@@ -57,6 +58,16 @@ TEST_F(StoreClock, TheFindOlderListCountsFromTheStoreClock) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return !facade.busy() && !model.computing(); }, 20000));
     ASSERT_EQ(model.count(), 1);
     EXPECT_EQ(model.rows().front().url, file);
+}
+
+TEST_F(StoreClock, TheCustomRangeEndsAtTheStoreClock) {
+    StoreFacade facade(platform);
+    FileListModel model;
+    model.setStore(&facade);
+    EXPECT_EQ(model.throughDate(), localDateTime(*platform.fixedNow));
+    const auto twoYearsBefore = Engine::Calendar::current().addingMonths(*platform.fixedNow, -24);
+    ASSERT_TRUE(twoYearsBefore);
+    EXPECT_EQ(model.fromDate(), localDateTime(*twoYearsBefore));
 }
 
 }  // namespace
