@@ -1,5 +1,6 @@
 #include "engine/duplicates.h"
 
+#include "engine/digest.h"
 #include "engine/paths.h"
 
 #include <algorithm>
@@ -96,9 +97,12 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
                 return entries[a].url < entries[b].url;
             });
             auto& planned = plans[g].sampleGroups.emplace_back();
+            // A small file's sample digest already is its full digest: it is not read again.
             for (std::size_t member : members)
                 planned.emplace_back(member,
-                                     queue_.add({.path = entries[member].url, .full = true}));
+                                     entries[member].size <= wholeSampleLimit
+                                         ? sampleJob_[member]
+                                         : queue_.add({.path = entries[member].url, .full = true}));
         }
     }
 
