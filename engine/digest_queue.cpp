@@ -37,6 +37,14 @@ std::size_t DigestQueue::add(DigestJob job) {
     return position;
 }
 
+std::size_t DigestQueue::addKnown(std::string digest) {
+    std::lock_guard lock(mutex_);
+    const std::size_t position = jobs_.size();
+    jobs_.emplace_back();
+    results_.emplace_back(platform::Result<std::string>(std::move(digest)));
+    return position;
+}
+
 void DigestQueue::work() {
     std::unique_lock lock(mutex_);
     for (;;) {
@@ -44,6 +52,8 @@ void DigestQueue::work() {
         if (stopping_)
             return;
         const std::size_t position = nextClaim_++;
+        if (results_[position].has_value())
+            continue;                            // known already
         const DigestJob& job = jobs_[position];  // never moved nor changed once queued
         lock.unlock();
         platform::Result<std::string> result =

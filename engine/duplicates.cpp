@@ -51,13 +51,18 @@ DuplicateAnalysis::DuplicateAnalysis(platform::Platform& platform, unsigned thre
 
 void DuplicateAnalysis::sample(const std::vector<Entry>& entries, std::size_t position) {
     sampleJob_[position] =
-        queue_.add({.path = entries[position].url, .size = entries[position].size});
+        knownSample_[position]
+            ? queue_.addKnown(*knownSample_[position])
+            : queue_.add({.path = entries[position].url, .size = entries[position].size});
 }
 
 void DuplicateAnalysis::add(const std::vector<Entry>& entries, std::size_t position,
-                            FileIdentity identity) {
+                            FileIdentity identity, const CachedResults* known) {
     sampleJob_.push_back(notSampled);
+    fullJob_.push_back(notSampled);
     identities_.push_back(identity);
+    knownSample_.push_back(known ? known->sampleDigest : std::nullopt);
+    knownFull_.push_back(known ? known->fullDigest : std::nullopt);
     if (!compared(entries[position]))
         return;
     const std::int64_t size = entries[position].size;
@@ -98,11 +103,15 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
             });
             auto& planned = plans[g].sampleGroups.emplace_back();
             // A small file's sample digest already is its full digest: it is not read again.
-            for (std::size_t member : members)
-                planned.emplace_back(member,
-                                     entries[member].size <= wholeSampleLimit
-                                         ? sampleJob_[member]
-                                         : queue_.add({.path = entries[member].url, .full = true}));
+            for (std::size_t member : members) {
+                if (entries[member].size <= wholeSampleLimit)
+                    fullJob_[member] = sampleJob_[member];
+                else if (knownFull_[member])
+                    fullJob_[member] = queue_.addKnown(*knownFull_[member]);
+                else
+                    fullJob_[member] = queue_.add({.path = entries[member].url, .full = true});
+                planned.emplace_back(member, fullJob_[member]);
+            }
         }
     }
 
@@ -132,6 +141,29 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
             }
         }
     }
+}
+
+namespace {
+
+std::optional<std::string> digestAt(DigestQueue& queue, std::size_t job, std::size_t none) {
+    if (job == none)
+        return std::nullopt;
+    const auto& result = queue.wait(job);
+    return result ? std::optional<std::string>(*result) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::string> DuplicateAnalysis::sampleDigestOf(std::size_t position) {
+    if (auto sampled = digestAt(queue_, sampleJob_[position], notSampled))
+        return sampled;
+    return knownSample_[position];
+}
+
+std::optional<std::string> DuplicateAnalysis::fullDigestOf(std::size_t position) {
+    if (auto full = digestAt(queue_, fullJob_[position], notSampled))
+        return full;
+    return knownFull_[position];
 }
 
 void markDuplicates(std::vector<Entry>& entries, const std::vector<FileIdentity>& identities,

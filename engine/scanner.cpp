@@ -44,10 +44,31 @@ public:
             scanRoot(root);
         if (duplicates_)
             duplicates_->finish(result_.files, result_.notes, request_.progress);
+        if (request_.cache)
+            rememberResults();
         return std::move(result_);
     }
 
 private:
+    // Keeps what this scan computed in the cache, for each file whose results changed.
+    void rememberResults() {
+        for (std::size_t i = 0; i < cached_.size(); ++i) {
+            auto& [key, results] = cached_[i];
+            if (key.inode == 0 && key.device == 0)
+                continue;
+            CachedResults now = results;
+            if (duplicates_) {
+                if (auto sample = duplicates_->sampleDigestOf(i))
+                    now.sampleDigest = sample;
+                if (auto full = duplicates_->fullDigestOf(i))
+                    now.fullDigest = full;
+            }
+            if (now != results)
+                request_.cache->remember(key, now);
+        }
+        request_.cache->commit();
+    }
+
     void say(const std::string& text) {
         if (request_.progress)
             request_.progress(text);
@@ -156,16 +177,35 @@ private:
             if (auto used = usage_.find(entry.url); used != usage_.end())
                 entry.lastUsed = used->second;
         }
+        // What earlier jobs computed for this very file; downloads in progress are still changing.
+        std::optional<CachedResults> known;
+        if (request_.cache) {
+            CacheKey key = downloading ? CacheKey{} : cacheKeyOf(info);
+            if (!downloading)
+                known = request_.cache->find(key);
+            cached_.emplace_back(key, known.value_or(CachedResults{}));
+        }
         // A download in progress is unfinished by nature: an empty placeholder is not an empty
         // file.
-        if (request_.inspect && !downloading)
-            entry.issue =
-                healthIssue(entry.url, lowercase(pathExtension(entry.url)), entry.size, platform_);
+        if (request_.inspect && !downloading) {
+            if (known && known->healthChecked && known->decoderVersion == healthCheckVersion()) {
+                entry.issue = known->healthFinding;
+            } else {
+                entry.issue = healthIssue(entry.url, lowercase(pathExtension(entry.url)),
+                                          entry.size, platform_);
+                if (request_.cache) {
+                    CachedResults& results = cached_.back().second;
+                    results.healthChecked = true;
+                    results.healthFinding = entry.issue;
+                    results.decoderVersion = std::string(healthCheckVersion());
+                }
+            }
+        }
         result_.files.push_back(std::move(entry));
         // Files of a size already seen are read and hashed while the walk goes on.
         if (duplicates_)
             duplicates_->add(result_.files, result_.files.size() - 1,
-                             FileIdentity{info.device, info.inode});
+                             FileIdentity{info.device, info.inode}, known ? &*known : nullptr);
         if (result_.files.size() % progressInterval == 0)
             say("Indexed " + std::to_string(result_.files.size()) + " files…");
     }
@@ -178,6 +218,8 @@ private:
     platform::UsageDates usage_;
     ScanResult result_;
     std::optional<DuplicateAnalysis> duplicates_;
+    // With a cache: per entry, its identity and the results kept for it (empty when none).
+    std::vector<std::pair<CacheKey, CachedResults>> cached_;
     std::unordered_set<std::string> taken_;
     ReadAhead readAhead_;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/progress.h"
+#include "engine/results_cache.h"
 #include "engine/scan_result.h"
 #include "platform/platform.h"
 
@@ -27,6 +28,9 @@ struct ScanRequest {
     // Threads that read folders ahead of the walk: readAheadThreads() when absent; with 0 the walk
     // reads each folder itself. The files, notes and their order are the same either way.
     std::optional<unsigned> readAheadThreads;
+    // Digests and findings of earlier jobs, by file identity; what this scan computes is added.
+    // None: everything is computed.
+    ResultsCache* cache = nullptr;
 };
 
 // Walks each root depth-first, children in byte-wise name order, leaving out hidden items,
