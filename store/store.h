@@ -156,8 +156,10 @@ private:
                        std::function<void(Store&)> work);
 
     // Runs the scan on a background thread and `publish` with its result on the main thread.
+    // `cacheable`: whether the scan may use the results cache (the preview of Start writes
+    // nothing, not even there).
     void runScan(Engine::ScanRequest request,
-                 std::function<void(Store&, Engine::ScanResult)> publish);
+                 std::function<void(Store&, Engine::ScanResult)> publish, bool cacheable = true);
     void publishScan(std::vector<Entry> files, std::vector<std::string> notes, ScanChoice choice,
                      bool inspect, bool compareDuplicates, bool readUsageDates);
     void startArrangement(std::vector<std::string> notes, std::optional<StartPlan> plan = {});

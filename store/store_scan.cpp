@@ -24,12 +24,13 @@ std::string firstStatus(const ScanChoice& choice) {
 }  // namespace
 
 void Store::runScan(Engine::ScanRequest request,
-                    std::function<void(Store&, Engine::ScanResult)> publish) {
+                    std::function<void(Store&, Engine::ScanResult)> publish, bool cacheable) {
     std::weak_ptr<Store*> weak = self_;
     Executor& executor = executor_;
     platform::Platform& platform = platform_;
     // Only digests and findings are kept: a scan that computes neither has no use for the cache.
-    const bool cached = useResultsCache_ && (request.inspect || request.compareDuplicates);
+    const bool cached =
+        cacheable && useResultsCache_ && (request.inspect || request.compareDuplicates);
     executor_.runInBackground([weak, &executor, &platform, cached, request = std::move(request),
                                publish = std::move(publish)]() mutable {
         std::optional<ResultsDatabase> cache;
