@@ -86,6 +86,10 @@ void StoreFacade::undo() {
     store_->undo();
 }
 
+void StoreFacade::forgetCachedResults() {
+    store_->forgetCachedResults();
+}
+
 void StoreFacade::previewStart() {
     store_->previewStart();
 }

@@ -111,6 +111,8 @@ public:
     Q_INVOKABLE void scan(bool organize, bool duplicates, bool health, bool usageDates);
     Q_INVOKABLE void scanOlder();
     Q_INVOKABLE void undo();
+    // Empties the results cache ("Forget cached results").
+    Q_INVOKABLE void forgetCachedResults();
 
     // The preview of Start: plan in the background, then run exactly that plan or drop it.
     Q_INVOKABLE void previewStart();
