@@ -5,6 +5,7 @@
 #include "cli/json_listing.h"
 #include "cli/session.h"
 #include "cli/start_plan_text.h"
+#include "cli/stop_signals.h"
 #include "cli/usage.h"
 #include "engine/calendar.h"
 #include "engine/paths.h"
@@ -91,8 +92,10 @@ private:
         session().finish();
         for (const std::string& line : session().takeNewLines())
             (line.starts_with(store::settingsNotSavedText) ? err_ : out_) << line << '\n';
-        return failed() ? 1 : 0;
+        return exitStatus();
     }
+
+    int exitStatus() { return store().stopped() ? stoppedStatus : failed() ? 1 : 0; }
 
     bool failed() { return store().refusedByHistoryLock() || store().settingsNotSaved(); }
 
@@ -100,6 +103,8 @@ private:
     int reportListing(const std::vector<Entry>& entries, bool json) {
         for (const std::string& line : session().takeNewLines())
             err_ << line << '\n';
+        if (store().stopped())
+            return stoppedStatus;  // the list would be the one before the stopped scan
         if (json) {
             out_ << jsonListing(entries) << '\n';
         } else {
@@ -187,6 +192,8 @@ private:
         for (const std::string& line : session().takeNewLines())
             err_ << line << '\n';
         const auto& plan = store().startPlan();
+        if (store().stopped())
+            return stoppedStatus;
         if (!plan)
             return 1;
         if (json) {

@@ -1,3 +1,4 @@
+// Writes the file listings of quorrin-cli as JSON, one object per file, paths as UTF-8 text.
 #include "cli/json_listing.h"
 
 #include "store/timestamp.h"

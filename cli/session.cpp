@@ -1,3 +1,4 @@
+// Runs one command's Store on the calling thread, draining its main-thread queue until idle.
 #include "cli/session.h"
 
 #include <ostream>
@@ -9,6 +10,8 @@ Session::Session(const CliContext& context, std::ostream& err)
       err_(err),
       showProgress_(context.progressOnTerminal) {
     store_->setTestHooks(context.hooks);
+    if (context.stop.flag() != nullptr)
+        store_->useStopRequest(context.stop);
     store_->addObserver(this);
 }
 
@@ -36,11 +39,20 @@ std::vector<std::string> Session::takeNewLines() {
 }
 
 void Session::changed(store::Property property) {
-    // Progress rewrites one line of a terminal while an operation runs.
-    if (!showProgress_ || property != store::Property::status || !store_->busy())
+    // Progress rewrites one line of a terminal while an operation runs: how far it is, when it can
+    // tell, then its status text.
+    if (!showProgress_ || !store_->busy() ||
+        (property != store::Property::status && property != store::Property::progress))
         return;
-    err_ << "\r\033[K" << store_->status() << std::flush;
+    err_ << "\r\033[K" << progressLine(store_->status(), store_->progress()) << std::flush;
     progressShown_ = true;
+}
+
+std::string progressLine(const std::string& status, const store::ProgressAmount& amount) {
+    if (amount.total <= 0)
+        return status;
+    const std::int64_t percent = amount.done * 100 / amount.total;
+    return "[" + std::to_string(percent) + "%] " + status;
 }
 
 }  // namespace quorrin::cli

@@ -12,6 +12,10 @@
 
 namespace quorrin::cli {
 
+// The line a terminal shows while an operation runs: "[45%] " before the status text once the
+// operation can tell how far it is, the status text alone before that.
+std::string progressLine(const std::string& status, const store::ProgressAmount& amount);
+
 class Session : private store::StoreObserver {
 public:
     Session(const CliContext& context, std::ostream& err);

@@ -1,3 +1,4 @@
+// The help text of quorrin-cli and of each of its commands.
 #include "cli/usage.h"
 
 #include <map>

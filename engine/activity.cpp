@@ -1,3 +1,4 @@
+// Makes activity lines: a fresh random identity and the clock's moment for each.
 #include "engine/activity.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// Looks up a file's category folder from its last extension in the fixed tables.
 #include "engine/category.h"
 
 #include "engine/paths.h"

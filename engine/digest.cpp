@@ -1,6 +1,8 @@
+// Reads files in blocks through the platform and hashes them with SHA-256 (libcrypto).
 #include "engine/digest.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <memory>
 #include <new>
@@ -88,19 +90,24 @@ platform::Status hashSpan(platform::Platform& platform, const platform::Fd& file
 
 }  // namespace
 
-Result<std::string> digest(const std::string& path, platform::Platform& platform) {
+Result<std::string> digest(const std::string& path, platform::Platform& platform,
+                           const BytesRead& bytesRead, const StopRequest& stop) {
     auto file = platform.openForReading(path);
     if (!file)
         return file.error();
     Sha256 sha;
     std::span<std::byte> buffer = readBuffer(fullDigestChunkSize);
     for (;;) {
+        if (stop.requested())
+            return Error::fromErrno(ECANCELED);
         auto n = platform.read(*file, buffer);
         if (!n)
             return n.error();
         if (*n == 0)
             break;
         sha.update(buffer.data(), *n);
+        if (bytesRead)
+            bytesRead(*n);
     }
     return sha.hex();
 }

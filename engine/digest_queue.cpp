@@ -4,11 +4,12 @@
 #include "engine/digest.h"
 
 #include <algorithm>
+#include <cerrno>
 
 namespace quorrin::Engine {
 
-DigestQueue::DigestQueue(unsigned threads, platform::Platform& platform)
-    : threads_(std::max(threads, 1u)), platform_(platform) {}
+DigestQueue::DigestQueue(unsigned threads, platform::Platform& platform, StopRequest stop)
+    : threads_(std::max(threads, 1u)), platform_(platform), stop_(std::move(stop)) {}
 
 DigestQueue::~DigestQueue() {
     {
@@ -56,19 +57,49 @@ void DigestQueue::work() {
             continue;                            // known already
         const DigestJob& job = jobs_[position];  // never moved nor changed once queued
         lock.unlock();
+        // Counted as read, up to what the job was reckoned to read, so that the sum stays exact
+        // whatever the file holds now.
+        const std::int64_t planned = jobReadBytes(job.size, job.full);
+        std::int64_t counted = 0;
+        const auto count = [&](std::size_t bytes) {
+            const std::int64_t added =
+                std::min<std::int64_t>(std::int64_t(bytes), planned - counted);
+            if (added <= 0)
+                return;
+            counted += added;
+            bytesDone_.fetch_add(added, std::memory_order_relaxed);
+            done_.notify_all();  // a waiter may report how far the reading is
+        };
         platform::Result<std::string> result =
-            job.full ? digest(job.path, platform_) : sampleDigest(job.path, job.size, platform_);
+            stop_.requested() ? platform::Error::fromErrno(ECANCELED)
+            : job.full        ? digest(job.path, platform_, count, stop_)
+                              : sampleDigest(job.path, job.size, platform_);
+        bytesDone_.fetch_add(planned - counted, std::memory_order_relaxed);
         lock.lock();
         results_[position].emplace(std::move(result));
         done_.notify_all();
     }
 }
 
-const platform::Result<std::string>& DigestQueue::wait(std::size_t position) {
+const platform::Result<std::string>& DigestQueue::wait(std::size_t position,
+                                                       const std::function<void()>& meanwhile) {
     std::unique_lock lock(mutex_);
-    done_.wait(lock, [&] { return results_[position].has_value(); });
+    while (!results_[position].has_value()) {
+        if (meanwhile) {
+            lock.unlock();
+            meanwhile();
+            lock.lock();
+            if (results_[position].has_value())
+                break;
+        }
+        done_.wait(lock);
+    }
     // Never written again, and deque elements stay in place, so the reference outlives the lock.
     return *results_[position];
+}
+
+std::int64_t jobReadBytes(std::int64_t size, bool full) {
+    return full ? size : std::min(size, 2 * sampleBlockSize);
 }
 
 unsigned digestThreads() {

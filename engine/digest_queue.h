@@ -1,11 +1,14 @@
 // DigestQueue: content digests computed on worker threads, handed out by position.
 #pragma once
 
+#include "engine/stop_request.h"
 #include "platform/platform.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -17,7 +20,7 @@ namespace quorrin::Engine {
 // One digest to compute: the sample digest of a file with its recorded size, or its full digest.
 struct DigestJob {
     std::string path;
-    std::int64_t size = 0;
+    std::int64_t size = 0;  // as the scan recorded it
     bool full = false;
 };
 
@@ -28,7 +31,9 @@ struct DigestJob {
 // they finish the job each has in hand, leave the rest and are joined.
 class DigestQueue {
 public:
-    DigestQueue(unsigned threads, platform::Platform& platform);
+    // Once `stop` is requested, every job not yet done ends with ECANCELED, a full digest in
+    // the middle of its file included.
+    DigestQueue(unsigned threads, platform::Platform& platform, StopRequest stop = {});
     ~DigestQueue();
     DigestQueue(const DigestQueue&) = delete;
     DigestQueue& operator=(const DigestQueue&) = delete;
@@ -38,14 +43,20 @@ public:
     // Takes a digest known already (from the results cache) at the next position, computing
     // nothing; returns its position.
     std::size_t addKnown(std::string digest);
-    // The digest of the job at `position`, or the error that stopped it.
-    const platform::Result<std::string>& wait(std::size_t position);
+    // The digest of the job at `position`, or the error that stopped it. `meanwhile` is called
+    // (without the queue's lock) before each wait and whenever a worker has read more.
+    const platform::Result<std::string>& wait(std::size_t position,
+                                              const std::function<void()>& meanwhile = {});
+    // The bytes read so far: of a full digest as it goes, each job counted as jobReadBytes once it
+    // is over (also when it failed), from any thread.
+    std::int64_t bytesDone() const { return bytesDone_.load(std::memory_order_relaxed); }
 
 private:
     void work();
 
     const unsigned threads_;
     platform::Platform& platform_;
+    const StopRequest stop_;
     std::mutex mutex_;
     std::condition_variable queued_;
     std::condition_variable done_;
@@ -55,7 +66,12 @@ private:
     std::size_t nextClaim_ = 0;
     bool stopping_ = false;
     std::vector<std::thread> workers_;  // touched by the adding thread only
+    std::atomic<std::int64_t> bytesDone_{0};
 };
+
+// The bytes a job reads: the whole file for a full digest (its size as recorded), the two sample
+// blocks, or the whole file when it is smaller, for a sample digest.
+std::int64_t jobReadBytes(std::int64_t size, bool full);
 
 // How many threads read and hash: the machine's hardware threads, at least two (so that reading
 // one file overlaps hashing another) and at most eight.

@@ -1,3 +1,4 @@
+// Recognises a browser's download in progress by its name or by its partial twin beside it.
 #include "engine/download_in_progress.h"
 
 #include "engine/paths.h"

@@ -1,3 +1,4 @@
+// Groups files by size, then by sample digest, then by full digest, and marks the later copies.
 #include "engine/duplicates.h"
 
 #include "engine/digest.h"
@@ -46,8 +47,9 @@ struct SizeGroupPlan {
 
 }  // namespace
 
-DuplicateAnalysis::DuplicateAnalysis(platform::Platform& platform, unsigned threads)
-    : queue_(threads == 0 ? digestThreads() : threads, platform) {}
+DuplicateAnalysis::DuplicateAnalysis(platform::Platform& platform, unsigned threads,
+                                     StopRequest stop)
+    : queue_(threads == 0 ? digestThreads() : threads, platform, stop), stop_(std::move(stop)) {}
 
 void DuplicateAnalysis::sample(const std::vector<Entry>& entries, std::size_t position) {
     sampleJob_[position] =
@@ -79,8 +81,38 @@ void DuplicateAnalysis::add(const std::vector<Entry>& entries, std::size_t posit
 }
 
 void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::string>& notes,
-                               const Progress& progress) {
+                               const Progress& progress, const ProgressAmount& amount) {
     const std::vector<std::vector<std::size_t>> groups = sizeGroups(entries);
+
+    // Known now that the walk is over: every member of a size group is sampled, and may need its
+    // full digest.
+    // What is read of each file: nothing that the cache already holds, and no full digest of a
+    // small file, whose sample is read whole.
+    const auto sampleBytes = [&](std::size_t member) {
+        return knownSample_[member] ? 0 : jobReadBytes(entries[member].size, false);
+    };
+    const auto fullBytes = [&](std::size_t member) {
+        return entries[member].size <= wholeSampleLimit || knownFull_[member]
+                   ? 0
+                   : jobReadBytes(entries[member].size, true);
+    };
+    std::int64_t total = 0;
+    for (const auto& group : groups)
+        for (std::size_t member : group)
+            total += sampleBytes(member) + fullBytes(member);
+    std::int64_t lastPermille = -1;
+    const auto report = [&] {
+        if (!amount || total == 0)
+            return;
+        const std::int64_t done = std::min(queue_.bytesDone(), total);
+        // Only a visible change is worth a report: a thousandth of the whole.
+        const std::int64_t permille = done * 1000 / total;
+        if (permille == lastPermille)
+            return;
+        lastPermille = permille;
+        amount(done, total);
+    };
+    report();
 
     // First pass: each size group's samples, grouped exactly as the one-thread walk groups them;
     // the full digests of each sample group are queued as soon as it is known.
@@ -88,16 +120,25 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
     for (std::size_t g = 0; g < groups.size(); ++g) {
         // An ordered map keeps the visiting order of sample groups deterministic.
         std::map<std::string, std::vector<std::size_t>> bySample;
+        if (stop_.requested())
+            return;
         for (std::size_t member : groups[g]) {
-            const auto& sampled = queue_.wait(sampleJob_[member]);
+            const auto& sampled = queue_.wait(sampleJob_[member], report);
+            report();
             if (!sampled)
                 plans[g].notes.push_back("Could not sample " + nameOf(entries[member]));
             else
                 bySample[*sampled].push_back(member);
         }
+        // Files whose sample is unique, or that could not be sampled, are read no further.
+        std::int64_t readNoFurther = 0;
+        for (std::size_t member : groups[g])
+            readNoFurther += fullBytes(member);
         for (auto& [digest, members] : bySample) {
             if (members.size() < 2)
                 continue;
+            for (std::size_t member : members)
+                readNoFurther -= fullBytes(member);
             std::sort(members.begin(), members.end(), [&](std::size_t a, std::size_t b) {
                 return entries[a].url < entries[b].url;
             });
@@ -109,10 +150,13 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
                 else if (knownFull_[member])
                     fullJob_[member] = queue_.addKnown(*knownFull_[member]);
                 else
-                    fullJob_[member] = queue_.add({.path = entries[member].url, .full = true});
+                    fullJob_[member] = queue_.add(
+                        {.path = entries[member].url, .size = entries[member].size, .full = true});
                 planned.emplace_back(member, fullJob_[member]);
             }
         }
+        total -= readNoFurther;
+        report();
     }
 
     // Second pass: the notes of each size group, then its sample groups member by member in path
@@ -123,10 +167,13 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
         for (const auto& group : plan.sampleGroups) {
             std::unordered_map<std::string, std::size_t> firstWithDigest;
             for (const auto& [member, job] : group) {
+                if (stop_.requested())
+                    return;
                 Entry& entry = entries[member];
                 if (progress)
                     progress("Comparing content • " + nameOf(entry));
-                const auto& full = queue_.wait(job);
+                const auto& full = queue_.wait(job, report);
+                report();
                 if (!full) {
                     notes.push_back("Could not compare " + nameOf(entry));
                     continue;
@@ -168,13 +215,13 @@ std::optional<std::string> DuplicateAnalysis::fullDigestOf(std::size_t position)
 
 void markDuplicates(std::vector<Entry>& entries, const std::vector<FileIdentity>& identities,
                     std::vector<std::string>& notes, const Progress& progress,
-                    platform::Platform& platform, unsigned threads) {
+                    platform::Platform& platform, unsigned threads, const ProgressAmount& amount) {
     DuplicateAnalysis analysis(platform, threads);
     // Fed in as a walk would; with no identities every path counts as a file of its own.
     for (std::size_t i = 0; i < entries.size(); ++i)
         analysis.add(entries, i,
                      identities.empty() ? FileIdentity{.device = 0, .inode = i} : identities[i]);
-    analysis.finish(entries, notes, progress);
+    analysis.finish(entries, notes, progress, amount);
 }
 
 }  // namespace quorrin::Engine

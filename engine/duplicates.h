@@ -39,8 +39,10 @@ struct FileIdentity {
 class DuplicateAnalysis {
 public:
     // `threads`: how many threads read and hash; 0 for digestThreads().
+    // A stop requested through `stop` abandons the reading; finish() then returns at once, with
+    // the marks incomplete (the caller discards them).
     explicit DuplicateAnalysis(platform::Platform& platform = platform::system(),
-                               unsigned threads = 0);
+                               unsigned threads = 0, StopRequest stop = {});
 
     // Called for each entry of `entries` in turn (positions 0, 1, 2, …) as soon as the walk has
     // appended it, with what it names; earlier entries must still be in the list.
@@ -48,8 +50,11 @@ public:
     void add(const std::vector<Entry>& entries, std::size_t position, FileIdentity identity,
              const CachedResults* known = nullptr);
     // Marks the duplicates in `entries` (the list that was fed in, complete), appends the notes.
+    // `amount` hears the bytes read out of the bytes to read: every sample of a size group, and
+    // the full digest of every member of a sample group (counted for all members of size groups
+    // at first, then taken off for those whose sample turns out unique).
     void finish(std::vector<Entry>& entries, std::vector<std::string>& notes,
-                const Progress& progress);
+                const Progress& progress, const ProgressAmount& amount = {});
     // After finish(): the sample and full digests of entries[position] that this analysis has,
     // whether read now or known from the cache; absent when never needed or not readable.
     std::optional<std::string> sampleDigestOf(std::size_t position);
@@ -61,6 +66,7 @@ private:
     void sample(const std::vector<Entry>& entries, std::size_t position);
 
     DigestQueue queue_;
+    StopRequest stop_;
     // Per size: its first entry while it is the only one, then notSampled once all of that size
     // are being sampled.
     std::unordered_map<std::int64_t, std::size_t> firstOfSize_;
@@ -77,6 +83,7 @@ private:
 // unknown (then no two paths count as one file).
 void markDuplicates(std::vector<Entry>& entries, const std::vector<FileIdentity>& identities,
                     std::vector<std::string>& notes, const Progress& progress,
-                    platform::Platform& platform = platform::system(), unsigned threads = 0);
+                    platform::Platform& platform = platform::system(), unsigned threads = 0,
+                    const ProgressAmount& amount = {});
 
 }  // namespace quorrin::Engine

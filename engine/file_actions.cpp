@@ -1,3 +1,4 @@
+// Free names for moves, the unchanged check before acting, and the verified move to the Trash.
 #include "engine/file_actions.h"
 
 #include "engine/digest.h"

@@ -1,3 +1,4 @@
+// Opens one folder and lists its children with their status, for the walk and the read-ahead.
 #include "engine/folder_read.h"
 
 #include "engine/folder_rules.h"

@@ -1,3 +1,4 @@
+// Decides which folders are projects or personal collections and which may be connected.
 #include "engine/folder_rules.h"
 
 #include "engine/paths.h"

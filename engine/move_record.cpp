@@ -1,3 +1,4 @@
+// Converts move records to and from their JSON form in the undo history.
 #include "engine/move_record.h"
 
 #include <nlohmann/json.hpp>

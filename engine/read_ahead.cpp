@@ -1,3 +1,4 @@
+// Worker threads that read the folders the walk will enter next, handed over in walk order.
 #include "engine/read_ahead.h"
 
 #include <algorithm>

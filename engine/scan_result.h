@@ -11,6 +11,8 @@ namespace quorrin::Engine {
 struct ScanResult {
     std::vector<Entry> files;
     std::vector<std::string> notes;
+    // The scan ended early at a stop request: the files and notes are incomplete.
+    bool stopped = false;
 };
 
 }  // namespace quorrin::Engine

@@ -1,3 +1,4 @@
+// Walks the connected folders into entries and notes, classifying each file as it goes.
 #include "engine/scanner.h"
 
 #include "engine/category.h"
@@ -36,14 +37,18 @@ public:
         if (request.readUsageDates)
             usage_ = platform.readUsageDates();
         if (request.compareDuplicates)
-            duplicates_.emplace(platform);
+            duplicates_.emplace(platform, 0, request.stop);
     }
 
     ScanResult run() {
         for (const std::string& root : request_.roots)
             scanRoot(root);
-        if (duplicates_)
-            duplicates_->finish(result_.files, result_.notes, request_.progress);
+        if (request_.inspect && !request_.stop.requested())
+            inspectFiles();
+        if (duplicates_ && !request_.stop.requested())
+            duplicates_->finish(result_.files, result_.notes, request_.progress, request_.amount);
+        result_.stopped = request_.stop.requested();
+        // Rows computed before a stop are kept too: the next run starts from them.
         if (request_.cache)
             rememberResults();
         return std::move(result_);
@@ -75,6 +80,8 @@ private:
     }
 
     void scanRoot(const std::string& root) {
+        if (request_.stop.requested())
+            return;
         say("Reading " + std::string(lastComponent(root)) + "…");
         bool allowed =
             request_.rootPolicy ? request_.rootPolicy(root) : allowedRoot(root, platform_);
@@ -98,7 +105,7 @@ private:
         std::vector<Frame> stack;
         stack.push_back(Frame{.folder = std::move(folder), .path = root});
 
-        while (!stack.empty()) {
+        while (!stack.empty() && !request_.stop.requested()) {
             Frame& frame = stack.back();
             if (frame.next == frame.folder.names.size()) {
                 stack.pop_back();
@@ -185,22 +192,6 @@ private:
                 known = request_.cache->find(key);
             cached_.emplace_back(key, known.value_or(CachedResults{}));
         }
-        // A download in progress is unfinished by nature: an empty placeholder is not an empty
-        // file.
-        if (request_.inspect && !downloading) {
-            if (known && known->healthChecked && known->decoderVersion == healthCheckVersion()) {
-                entry.issue = known->healthFinding;
-            } else {
-                entry.issue = healthIssue(entry.url, lowercase(pathExtension(entry.url)),
-                                          entry.size, platform_);
-                if (request_.cache) {
-                    CachedResults& results = cached_.back().second;
-                    results.healthChecked = true;
-                    results.healthFinding = entry.issue;
-                    results.decoderVersion = std::string(healthCheckVersion());
-                }
-            }
-        }
         result_.files.push_back(std::move(entry));
         // Files of a size already seen are read and hashed while the walk goes on.
         if (duplicates_)
@@ -208,6 +199,49 @@ private:
                              FileIdentity{info.device, info.inode}, known ? &*known : nullptr);
         if (result_.files.size() % progressInterval == 0)
             say("Indexed " + std::to_string(result_.files.size()) + " files…");
+    }
+
+    // The health check, once the walk is over so that the files to check are known: the amount
+    // is files checked out of files to check. A download in progress is unfinished by nature (an
+    // empty placeholder is not an empty file) and is not checked.
+    void inspectFiles() {
+        std::int64_t toCheck = 0;
+        for (const Entry& entry : result_.files)
+            toCheck += !entry.downloading;
+        std::int64_t checked = 0, lastPermille = -1;
+        for (std::size_t i = 0; i < result_.files.size(); ++i) {
+            Entry& entry = result_.files[i];
+            // A download in progress is unfinished by nature: an empty placeholder is not an
+            // empty file.
+            if (entry.downloading)
+                continue;
+            if (request_.stop.requested())
+                return;  // the result is dropped: a stopped scan publishes nothing
+            inspect(entry, i);
+            const std::int64_t permille = ++checked * 1000 / toCheck;
+            if (request_.amount && permille != lastPermille) {
+                lastPermille = permille;
+                request_.amount(checked, toCheck);
+            }
+        }
+    }
+
+    // The file's finding: from an earlier job when the same decoders judged this very file, else
+    // computed now and kept in the cache.
+    void inspect(Entry& entry, std::size_t position) {
+        CachedResults* known = request_.cache ? &cached_[position].second : nullptr;
+        if (known && known->healthChecked && known->decoderVersion == healthCheckVersion()) {
+            entry.issue = known->healthFinding;
+            return;
+        }
+        entry.issue =
+            healthIssue(entry.url, lowercase(pathExtension(entry.url)), entry.size, platform_);
+        if (!known || cached_[position].first.inode == 0)
+            return;
+        known->healthChecked = true;
+        known->healthFinding = entry.issue;
+        known->decoderVersion = std::string(healthCheckVersion());
+        request_.cache->remember(cached_[position].first, *known);
     }
 
     const ScanRequest& request_;

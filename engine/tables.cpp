@@ -1,3 +1,4 @@
+// The fixed tables: extensions per category, project markers, protected names and packages.
 #include "engine/tables.h"
 
 namespace quorrin::Engine {

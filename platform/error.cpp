@@ -1,3 +1,4 @@
+// Builds errors from errno and from Quorrin's own codes, with the text the user reads.
 #include "platform/error.h"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// Closes an owned file descriptor.
 #include "platform/fd.h"
 
 #include <unistd.h>

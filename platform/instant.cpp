@@ -1,3 +1,4 @@
+// Makes instants from seconds and nanoseconds, saturating beyond the range they can hold.
 #include "platform/instant.h"
 
 #include <limits>

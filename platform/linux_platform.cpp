@@ -1,3 +1,4 @@
+// The Linux implementation of every operating-system operation the other layers use.
 #include "platform/linux_platform.h"
 
 #include "platform/image_probe.h"

@@ -1,3 +1,4 @@
+// Splits, joins and compares paths as byte strings, without touching the file system.
 #include "platform/paths.h"
 
 #include <vector>

@@ -1,3 +1,4 @@
+// Carries out Start under the history lock: duplicates to the Trash, then the moves, written ahead.
 #include "store/arrangement.h"
 
 #include "engine/download_in_progress.h"
@@ -72,6 +73,11 @@ public:
     // it acts; the plan's own skips become their messages.
     void carryOut(const StartPlan& plan) {
         for (const StartAction& action : plan.actions) {
+            // Between two files: what was done stays done, recorded in the history.
+            if (request_.stop.requested()) {
+                result_.stopped = true;
+                return;
+            }
             const Entry& file = action.file;
             // Kept since the plan was made: kept files are never arranged or trashed.
             if (request_.kept.contains(file.id()) && action.kind != StartAction::Kind::skip)

@@ -3,6 +3,7 @@
 
 #include "engine/entry.h"
 #include "engine/move_record.h"
+#include "engine/stop_request.h"
 #include "platform/platform.h"
 #include "store/start_plan.h"
 
@@ -25,6 +26,8 @@ struct ArrangementRequest {
     // A plan made earlier (a preview) to carry out instead of planning now: only its files are
     // touched, each re-checked as it is acted on.
     std::optional<StartPlan> plan;
+    // Checked before each file: once requested, no further file is touched.
+    Engine::StopRequest stop;
 };
 
 struct ArrangementResult {
@@ -43,6 +46,8 @@ struct ArrangementResult {
     // Set, to the system's text, when the history on disk could not be read: then no file was
     // moved (each is reported), the history file was left as it was, and `history` is empty.
     std::optional<std::string> historyError;
+    // The run ended at a stop request before every planned file was acted on.
+    bool stopped = false;
 };
 
 // Runs on a background thread with copies. Holds the history lock for the whole run, plans the

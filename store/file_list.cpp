@@ -1,3 +1,4 @@
+// Computes what a file page shows: its files filtered by type and signal, searched and sorted.
 #include "store/file_list.h"
 
 #include "engine/paths.h"

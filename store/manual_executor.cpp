@@ -1,3 +1,4 @@
+// Queues work for the main thread and the background and runs it only when a test asks.
 #include "store/manual_executor.h"
 
 namespace quorrin::store {

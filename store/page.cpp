@@ -1,3 +1,4 @@
+// The titles of the nine pages, and the page a title names.
 #include "store/page.h"
 
 namespace quorrin::store {

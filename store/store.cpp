@@ -1,3 +1,4 @@
+// The Store's observers, status and progress, the settings it changes at once, keep and unkeep.
 #include "store/store.h"
 
 #include "engine/paths.h"
@@ -59,7 +60,15 @@ void Store::setBusy(bool busy) {
     if (busy_ == busy)
         return;
     busy_ = busy;
+    setProgress({});  // every operation starts, and ends, not knowing how far it is
     set(Property::busy);
+}
+
+void Store::setProgress(ProgressAmount progress) {
+    if (progress_ == progress)
+        return;
+    progress_ = progress;
+    set(Property::progress);
 }
 
 void Store::setStatus(std::string status) {
@@ -114,6 +123,18 @@ std::function<void(const std::string&)> Store::progressPoster() {
             auto alive = weak.lock();
             if (alive && *alive && (*alive)->busy_)
                 (*alive)->setStatus(text);
+        });
+    };
+}
+
+Engine::ProgressAmount Store::amountPoster() {
+    std::weak_ptr<Store*> weak = self_;
+    Executor* executor = &executor_;
+    return [weak, executor](std::int64_t done, std::int64_t total) {
+        executor->postToMain([weak, done, total] {
+            auto alive = weak.lock();
+            if (alive && *alive && (*alive)->busy_)
+                (*alive)->setProgress({done, total});
         });
     };
 }

@@ -10,6 +10,7 @@
 #include "engine/entry.h"
 #include "engine/move_record.h"
 #include "engine/scanner.h"
+#include "engine/stop_request.h"
 #include "platform/platform.h"
 #include "store/arrangement.h"
 #include "store/executor.h"
@@ -48,6 +49,14 @@ struct StoreTestHooks {
     std::function<void()> beforeArrangement;
 };
 
+// How far the running operation has come, when it can tell: `done` out of `total` in its own
+// units (bytes read while contents are compared); `total` is 0 when it cannot tell.
+struct ProgressAmount {
+    std::int64_t done = 0;
+    std::int64_t total = 0;
+    bool operator==(const ProgressAmount&) const = default;
+};
+
 inline constexpr const char* initialStatus = "Your space. In order.";
 inline constexpr const char* lockBusyMessage = historyBusyText;
 // The activity line of a job that went on without the results cache starts with this, then why.
@@ -70,6 +79,7 @@ public:
     bool olderScanned() const { return olderScanned_; }
     bool busy() const { return busy_; }
     const std::string& status() const { return status_; }
+    const ProgressAmount& progress() const { return progress_; }
     const std::deque<Activity>& activity() const { return activity_; }  // newest first
     const std::set<std::string>& kept() const { return kept_; }
     std::int64_t weeks() const { return weeks_; }
@@ -87,6 +97,8 @@ public:
     // Whether writing the settings file failed for an operation of this Store (the change was
     // made in memory and reported in the activity, but will not outlive the process).
     bool settingsNotSaved() const { return settingsNotSaved_; }
+    // Whether the last long operation ended early because a stop was asked for.
+    bool stopped() const { return stopped_; }
 
     // The three properties the views write. setWeeks clamps to 1…52 and saves "weeks".
     // Every operation that saves a setting changes it in memory even when the write fails; the
@@ -133,6 +145,13 @@ public:
     // Puts back the files that arrangements moved.
     void undo();
 
+    // Asks the running long operation to stop at its next safe point: a scan between two files
+    // (or two blocks of a file it reads), Start and clearing between two files. Nothing when idle.
+    void stop();
+    // From now on every operation answers to `shared` instead of a request of its own, so that
+    // whoever holds it (a signal handler) can stop whatever runs; once set, it stays set.
+    void useStopRequest(Engine::StopRequest shared);
+
     // Activity and the weekly Downloads review.
     void log(std::string text);
     std::vector<Entry> stale() const;
@@ -151,6 +170,9 @@ private:
     // A callback for background work that posts progress texts to the main thread; it holds the
     // Store only weakly and drops texts that arrive after the operation ended.
     std::function<void(const std::string&)> progressPoster();
+    // The same for amounts of progress.
+    Engine::ProgressAmount amountPoster();
+    void setProgress(ProgressAmount progress);
     // From any thread: runs `work` on the main thread later, unless the Store is gone by then.
     static void postTo(const std::weak_ptr<Store*>& store, Executor& executor,
                        std::function<void(Store&)> work);
@@ -165,6 +187,10 @@ private:
     void startArrangement(std::vector<std::string> notes, std::optional<StartPlan> plan = {});
     void startPlanning(std::vector<std::string> notes);
     void setStartPlan(std::optional<StartPlan> plan);
+    // Called as a long operation begins: the request it (and what it leads to) will answer to.
+    Engine::StopRequest beginStoppable();
+    // Ends an operation whose scan was stopped: nothing is published.
+    void finishStopped();
     void finishArrangement(ArrangementResult outcome, std::vector<std::string> notes);
     platform::Status saveKept();
     // Reports a settings write that failed, after the operation's own line.
@@ -185,6 +211,7 @@ private:
     bool olderScanned_ = false;
     bool busy_ = false;
     std::string status_ = initialStatus;
+    ProgressAmount progress_;
     std::deque<Activity> activity_;
     std::set<std::string> kept_;
     std::int64_t weeks_ = 4;
@@ -200,6 +227,9 @@ private:
     bool refusedByHistoryLock_ = false;
     bool settingsNotSaved_ = false;
     std::optional<StartPlan> startPlan_;
+    Engine::StopRequest stop_;
+    bool sharedStop_ = false;
+    bool stopped_ = false;
 };
 
 }  // namespace quorrin::store

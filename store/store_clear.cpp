@@ -17,29 +17,37 @@ void Store::clear(std::vector<Entry> entries, bool duplicates) {
         return;
     setBusy(true);
     std::erase_if(entries, [&](const Entry& entry) { return kept_.contains(entry.id()); });
+    const Engine::StopRequest stop = beginStoppable();
     std::weak_ptr<Store*> weak = self_;
     Executor& executor = executor_;
     platform::Platform& platform = platform_;
     executor_.runInBackground([=, &executor, &platform, entries = std::move(entries)] {
         std::unordered_set<std::string> removed;
         std::vector<std::string> messages;
+        bool stopped = false;
         for (const Entry& entry : entries) {
+            if (stop.requested()) {
+                stopped = true;
+                break;
+            }
             if (auto trashed = Engine::trash(entry, duplicates, platform); trashed)
                 removed.insert(entry.id());
             else
                 messages.push_back("Kept " + std::string(Engine::lastComponent(entry.url)) + ": " +
                                    trashed.error().description);
         }
-        postTo(weak, executor,
-               [removed = std::move(removed), messages = std::move(messages)](Store& store) {
-                   std::erase_if(store.files_,
-                                 [&](const Entry& entry) { return removed.contains(entry.id()); });
-                   store.set(Property::files);
-                   for (const std::string& message : messages)
-                       store.log(message);
-                   store.log(std::to_string(removed.size()) + " files moved to Trash");
-                   store.setBusy(false);
-               });
+        postTo(
+            weak, executor,
+            [removed = std::move(removed), messages = std::move(messages), stopped](Store& store) {
+                store.stopped_ = stopped;
+                std::erase_if(store.files_,
+                              [&](const Entry& entry) { return removed.contains(entry.id()); });
+                store.set(Property::files);
+                for (const std::string& message : messages)
+                    store.log(message);
+                store.log(std::to_string(removed.size()) + " files moved to Trash");
+                store.setBusy(false);
+            });
     });
 }
 

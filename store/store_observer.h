@@ -19,6 +19,7 @@ enum class Property {
     healthChecked,
     moves,
     startPlan,
+    progress,
 };
 
 class StoreObserver {

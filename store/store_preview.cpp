@@ -15,7 +15,9 @@ void Store::previewStart() {
                                 .inspect = false,
                                 .compareDuplicates = compareDuplicates,
                                 .includeProjects = false,
-                                .progress = progressPoster()};
+                                .progress = progressPoster(),
+                                .amount = amountPoster(),
+                                .stop = beginStoppable()};
     runScan(
         std::move(request),
         [compareDuplicates](Store& store, Engine::ScanResult result) {
@@ -34,11 +36,13 @@ void Store::previewStart() {
 }
 
 void Store::startPlanning(std::vector<std::string> notes) {
+    setProgress({});
     StartPlanRequest request{.files = files_, .autoDuplicates = autoDuplicates_, .kept = kept_};
     std::weak_ptr<Store*> weak = self_;
     Executor& executor = executor_;
     platform::Platform& platform = platform_;
     const std::string historyPath = logPath_;
+    const Engine::StopRequest stop = stop_;
     executor_.runInBackground([=, &executor, &platform, notes = std::move(notes),
                                request = std::move(request)]() mutable {
         // Read, never locked or written: a preview leaves every file as it was. A history that
@@ -47,6 +51,10 @@ void Store::startPlanning(std::vector<std::string> notes) {
             request.historyError = history.error();
         StartPlan plan = planStart(request, platform);
         plan.notes = std::move(notes);
+        if (stop.requested()) {
+            postTo(weak, executor, [](Store& store) { store.finishStopped(); });
+            return;
+        }
         postTo(weak, executor, [plan = std::move(plan)](Store& store) mutable {
             std::size_t moves = 0, trashes = 0;
             for (const StartAction* action : plan.shown()) {
@@ -67,6 +75,7 @@ void Store::runStartPlan() {
     StartPlan plan = std::move(*startPlan_);
     setStartPlan(std::nullopt);
     setBusy(true);
+    beginStoppable();
     std::vector<std::string> notes = plan.notes;
     startArrangement(std::move(notes), std::move(plan));
 }

@@ -23,6 +23,29 @@ std::string firstStatus(const ScanChoice& choice) {
 
 }  // namespace
 
+Engine::StopRequest Store::beginStoppable() {
+    stopped_ = false;
+    if (!sharedStop_)
+        stop_ = Engine::StopRequest::fresh();
+    return stop_;
+}
+
+void Store::stop() {
+    if (busy_)
+        stop_.request();
+}
+
+void Store::useStopRequest(Engine::StopRequest shared) {
+    stop_ = std::move(shared);
+    sharedStop_ = true;
+}
+
+void Store::finishStopped() {
+    stopped_ = true;
+    log("Stopped • nothing changed");
+    setBusy(false);
+}
+
 void Store::runScan(Engine::ScanRequest request,
                     std::function<void(Store&, Engine::ScanResult)> publish, bool cacheable) {
     std::weak_ptr<Store*> weak = self_;
@@ -48,7 +71,10 @@ void Store::runScan(Engine::ScanRequest request,
                [publish, unavailable, result = std::move(result)](Store& store) mutable {
                    if (unavailable)
                        store.log(resultsCacheUnavailableText + *unavailable);
-                   publish(store, std::move(result));
+                   if (result.stopped)
+                       store.finishStopped();
+                   else
+                       publish(store, std::move(result));
                });
     });
 }
@@ -72,7 +98,9 @@ void Store::scan(ScanChoice choice) {
                                 .compareDuplicates = compareDuplicates,
                                 .includeProjects = false,
                                 .readUsageDates = choice.usageDates,
-                                .progress = progressPoster()};
+                                .progress = progressPoster(),
+                                .amount = amountPoster(),
+                                .stop = beginStoppable()};
     const bool readUsageDates = choice.usageDates;
     runScan(std::move(request), [=](Store& store, Engine::ScanResult result) {
         store.publishScan(std::move(result.files), std::move(result.notes), choice, inspect,
@@ -104,13 +132,15 @@ void Store::publishScan(std::vector<Entry> files, std::vector<std::string> notes
 }
 
 void Store::startArrangement(std::vector<std::string> notes, std::optional<StartPlan> plan) {
+    setProgress({});  // the comparison is over; the moves give no measure
     setStatus("Organizing your files…");
     ArrangementRequest request{.files = files_,
                                .autoDuplicates = autoDuplicates_,
                                .kept = kept_,
                                .historyPath = logPath_,
                                .undone = undoneUnsaved_,
-                               .plan = std::move(plan)};
+                               .plan = std::move(plan),
+                               .stop = stop_};
     std::weak_ptr<Store*> weak = self_;
     Executor& executor = executor_;
     platform::Platform& platform = platform_;
@@ -166,7 +196,13 @@ void Store::finishArrangement(ArrangementResult outcome, std::vector<std::string
     for (const std::string& message : outcome.messages)
         log(message);
 
-    log(startSummary(outcome.newMoves.size(), outcome.trashed.size(), notes, outcome.messages));
+    if (outcome.stopped) {
+        stopped_ = true;
+        log("Stopped • " + std::to_string(outcome.newMoves.size()) + " files arranged • " +
+            std::to_string(outcome.trashed.size()) + " duplicates sent to Trash");
+    } else {
+        log(startSummary(outcome.newMoves.size(), outcome.trashed.size(), notes, outcome.messages));
+    }
     setBusy(false);
 }
 
@@ -179,7 +215,8 @@ void Store::scanOlder() {
                                 .inspect = false,
                                 .compareDuplicates = false,
                                 .includeProjects = true,
-                                .progress = progressPoster()};
+                                .progress = progressPoster(),
+                                .stop = beginStoppable()};
     runScan(std::move(request), [](Store& store, Engine::ScanResult result) {
         store.olderFiles_ = std::move(result.files);
         store.set(Property::olderFiles);

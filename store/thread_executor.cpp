@@ -1,3 +1,4 @@
+// Runs background work on threads and main-thread work from a queue the caller drains.
 #include "store/thread_executor.h"
 
 namespace quorrin::store {

@@ -1,3 +1,4 @@
+// Gives QML the activity lines with their local date and time of day.
 #include "ui/activity_model.h"
 
 #include "ui/date_text.h"

@@ -1,3 +1,4 @@
+// Names the application, picks its font and registers the image providers before QML loads.
 #include "ui/app_setup.h"
 
 #include "ui/file_icon_provider.h"

@@ -1,3 +1,4 @@
+// Writes byte counts the way the window shows every size.
 #include "ui/bytes.h"
 
 #include <QtGlobal>

@@ -1,3 +1,4 @@
+// Writes dates and times in the user's locale.
 #include "ui/date_text.h"
 
 #include <QRegularExpression>

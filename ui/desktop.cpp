@@ -1,3 +1,4 @@
+// Opens files and shows them in the file manager through the desktop's own services.
 #include "ui/desktop.h"
 
 #include "engine/paths.h"

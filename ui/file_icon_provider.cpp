@@ -1,3 +1,4 @@
+// Draws a file type's icon from the desktop's icon theme, with a bundled fallback.
 #include "ui/file_icon_provider.h"
 
 #include "ui/symbol_image_provider.h"

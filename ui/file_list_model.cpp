@@ -1,3 +1,4 @@
+// Rebuilds the list pages' rows in the background from the view state and the Store's files.
 #include "ui/file_list_model.h"
 
 #include "engine/calendar.h"

@@ -1,3 +1,4 @@
+// Computes the age label, the preset labels and the hint of the find-older controls.
 #include "ui/find_older_text.h"
 
 #include "ui/date_text.h"

@@ -1,3 +1,4 @@
+// Lists a folder's subfolders in the background for the built-in chooser and keeps the ticks.
 #include "ui/folder_browser.h"
 
 #include <QCollator>

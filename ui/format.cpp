@@ -1,3 +1,4 @@
+// Exposes the computed texts and the fixed option lists of the pages to QML.
 #include "ui/format.h"
 
 #include "engine/file_date_basis.h"

@@ -1,3 +1,4 @@
+// Maps the window's symbol names to the bundled SVG icons.
 #include "ui/icon_table.h"
 
 namespace quorrin::ui {

@@ -1,3 +1,4 @@
+// Runs main-thread work on the Qt event loop and background work on a thread pool.
 #include "ui/qt_executor.h"
 
 #include <QMetaObject>

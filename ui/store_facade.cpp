@@ -1,3 +1,4 @@
+// Publishes the Store's state to QML as properties and forwards the user's operations.
 #include "ui/store_facade.h"
 
 #include "engine/paths.h"
@@ -88,6 +89,10 @@ void StoreFacade::undo() {
 
 void StoreFacade::forgetCachedResults() {
     store_->forgetCachedResults();
+}
+
+void StoreFacade::stop() {
+    store_->stop();
 }
 
 void StoreFacade::previewStart() {
@@ -198,6 +203,9 @@ void StoreFacade::changed(store::Property property) {
         case Property::startPlan:
             startPlan_.reload(store_->startPlan());
             emit startPlanChanged();
+            break;
+        case Property::progress:
+            emit progressChanged();
             break;
     }
 }

@@ -43,6 +43,8 @@ class StoreFacade : public QObject, private store::StoreObserver {
     Q_PROPERTY(bool olderScanned READ olderScanned NOTIFY olderScannedChanged)
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
     Q_PROPERTY(QString status READ status NOTIFY statusChanged)
+    // How far the running operation has come, from 0 to 1; -1 when it cannot tell.
+    Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
     Q_PROPERTY(quorrin::ui::ActivityModel* activity READ activity CONSTANT)
     Q_PROPERTY(int keptCount READ keptCount NOTIFY keptChanged)
     Q_PROPERTY(int weeks READ weeks WRITE setWeeks NOTIFY weeksChanged)
@@ -84,6 +86,10 @@ public:
     bool olderScanned() const { return store_->olderScanned(); }
     bool busy() const { return store_->busy(); }
     QString status() const { return QString::fromStdString(store_->status()); }
+    double progress() const {
+        const store::ProgressAmount& amount = store_->progress();
+        return amount.total > 0 ? double(amount.done) / double(amount.total) : -1.0;
+    }
     ActivityModel* activity() { return &activity_; }
     int keptCount() const { return int(store_->kept().size()); }
     int weeks() const { return int(store_->weeks()); }
@@ -113,6 +119,8 @@ public:
     Q_INVOKABLE void undo();
     // Empties the results cache ("Forget cached results").
     Q_INVOKABLE void forgetCachedResults();
+    // Asks the running long operation to stop at its next safe point.
+    Q_INVOKABLE void stop();
 
     // The preview of Start: plan in the background, then run exactly that plan or drop it.
     Q_INVOKABLE void previewStart();
@@ -132,6 +140,7 @@ signals:
     void olderScannedChanged();
     void busyChanged();
     void statusChanged();
+    void progressChanged();
     void activityChanged();
     void keptChanged();
     void weeksChanged();

@@ -1,3 +1,4 @@
+// Renders a bundled icon in one colour at the requested size.
 #include "ui/symbol_image_provider.h"
 
 #include "ui/icon_table.h"

@@ -78,7 +78,7 @@ TEST_F(UndoUnsaved, AnotherUndoDoesNotKeepWhatWasPutBack) {
     EXPECT_TRUE(store.moves().empty());
     EXPECT_EQ(readFile(f.historyPath()), "[]");
     EXPECT_EQ(f.activityTexts().front(),
-              "Restored 1 arranged files. Trashed files can be restored from Finder Trash.");
+              "Restored 1 arranged files. Trashed files can be restored from the Trash.");
 }
 
 TEST_F(UndoUnsaved, AStartThatCannotWriteEitherStillLeavesThemOut) {

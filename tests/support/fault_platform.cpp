@@ -1,3 +1,4 @@
+// Forwards every primitive to the Linux platform unless the test's hook fails it.
 #include "tests/support/fault_platform.h"
 
 namespace quorrin::testing {

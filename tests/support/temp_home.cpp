@@ -1,3 +1,4 @@
+// Makes a temporary HOME, clears the XDG variables for the test, and removes it all afterwards.
 #include "tests/support/temp_home.h"
 
 #include <cerrno>

@@ -75,6 +75,18 @@ TEST_F(AccessiblePages, EveryControlOfEveryPageHasAName) {
     }
 }
 
+TEST_F(AccessiblePages, TheOptionsOfAnOpenPickerAreNamed) {
+    ui.pressSidebar("File health");
+    ui.click("healthPicker.menu");
+    ASSERT_TRUE(ui.waitFor([&] { return ui.isShown("option:Empty files"); }));
+    QStringList options;
+    for (const AccessibleNode& node : showingNodes(ui.window()))
+        if (node.object && node.object->objectName().startsWith("option:"))
+            options.append(node.name);
+    EXPECT_TRUE(options.contains("All signals")) << options.join(", ").toStdString();
+    EXPECT_TRUE(options.contains("Empty files")) << options.join(", ").toStdString();
+}
+
 TEST_F(AccessiblePages, IconsAreNotInTheTree) {
     for (const QString& page : pages) {
         ui.pressSidebar(page);
@@ -159,7 +171,7 @@ TEST_F(AccessiblePages, TheConfirmationIsANamedDialog) {
         findNode(nodes, QAccessible::Dialog, "Move selected files to Trash?");
     ASSERT_NE(dialog, nullptr);
     EXPECT_NE(findNode(nodes, QAccessible::StaticText,
-                       "Kept files are protected. You can restore trashed files from Finder. "
+                       "Kept files are protected. You can restore trashed files from the Trash. "
                        "Duplicate originals are checked again before removal."),
               nullptr);
     EXPECT_NE(findNode(nodes, QAccessible::Button, "Move to Trash"), nullptr);

@@ -187,6 +187,18 @@ TEST_F(FolderPortalTest, ACancelChangesNothing) {
     EXPECT_TRUE(ui.waitFor([&] { return portal->requests.size() == 2; }));
 }
 
+// A portal whose chooser ended in some other way than a choice or a cancel (response 2) failed:
+// the built-in chooser takes over.
+TEST_F(FolderPortalTest, WhenThePortalsChooserFailsTheBuiltInChooserOpens) {
+    startPortal();
+    addFolder();
+    ASSERT_TRUE(ui.waitFor([&] { return portal->requests.size() == 1; }));
+    EXPECT_FALSE(ui.isShown("chooserConfirmButton"));
+    portal->answer(2);
+    ASSERT_TRUE(ui.waitFor([&] { return ui.isShown("chooserConfirmButton"); }));
+    EXPECT_EQ(ui.store().roots(), defaultRoots());
+}
+
 TEST_F(FolderPortalTest, WithoutAPortalTheBuiltInChooserOpens) {
     addFolder();
     ASSERT_TRUE(ui.waitFor([&] { return ui.isShown("chooserConfirmButton"); }));

@@ -82,7 +82,7 @@ TEST_F(KeyboardFileList, TheMenuKeyAndShiftF10OpenTheRowsMenu) {
     key(Qt::Key_Down);
     key(Qt::Key_F10, Qt::ShiftModifier);
     ASSERT_TRUE(ui.waitFor([&] { return ui.isShown("menuCopyPath"); }));
-    // The menu is walked with the keys too: "Open", "Show in Finder", "Copy path".
+    // The menu is walked with the keys too: "Open", "Show in Folder", "Copy path".
     for (int i = 0; i < 3; ++i)
         key(Qt::Key_Down);
     key(Qt::Key_Return);

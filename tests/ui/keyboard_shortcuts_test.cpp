@@ -67,8 +67,10 @@ TEST_F(KeyboardShortcuts, CtrlFFocusesTheSearchField) {
     openAllFiles();
     key(Qt::Key_F, Qt::ControlModifier);
     EXPECT_EQ(focused(), "searchField");
+    // "b." matches no folder of the temporary home, whatever its random name.
     key(Qt::Key_B);
-    EXPECT_EQ(ui.fileList().query(), "b");
+    key(Qt::Key_Period);
+    EXPECT_EQ(ui.fileList().query(), "b.");
     EXPECT_EQ(ui.rowNames(), QStringList{"b.txt"});
 }
 
@@ -129,6 +131,36 @@ TEST_F(KeyboardShortcuts, EscapeClosesTheFolderChooser) {
     key(Qt::Key_Escape);
     EXPECT_TRUE(ui.waitFor([&] { return !ui.isShown("chooserConfirmButton"); }));
     EXPECT_EQ(ui.store().roots().size(), 3);
+}
+
+TEST_F(KeyboardShortcuts, TheArrowsPickADayInTheDateGrid) {
+    ui.open();
+    ui.pressSidebar("FindOlder");
+    ui.choose("olderModePicker", "Custom dates");
+    const QDateTime from = ui.fileList().fromDate();
+    QQuickItem* button = ui.item("button", ui.item("fromDateField"));
+    button->forceActiveFocus(Qt::TabFocusReason);
+    key(Qt::Key_Space);
+    ASSERT_TRUE(ui.waitFor([&] { return ui.isShown("grid"); }));
+    EXPECT_EQ(focused(), QString("day:%1").arg(from.date().day()));
+    // A week and a day on, then a month back and forth.
+    key(Qt::Key_Down);
+    key(Qt::Key_Right);
+    key(Qt::Key_PageUp);
+    key(Qt::Key_PageDown);
+    EXPECT_EQ(focused(), QString("day:%1").arg(from.date().addDays(8).day()));
+    key(Qt::Key_Return);
+    EXPECT_TRUE(ui.waitFor([&] { return !ui.isShown("grid"); }));
+    EXPECT_EQ(ui.fileList().fromDate().date(), from.date().addDays(8));
+
+    // Escape closes the grid without picking.
+    button->forceActiveFocus(Qt::TabFocusReason);
+    key(Qt::Key_Space);
+    ASSERT_TRUE(ui.waitFor([&] { return ui.isShown("grid"); }));
+    key(Qt::Key_Left);
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(ui.waitFor([&] { return !ui.isShown("grid"); }));
+    EXPECT_EQ(ui.fileList().fromDate().date(), from.date().addDays(8));
 }
 
 }  // namespace

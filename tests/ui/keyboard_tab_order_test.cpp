@@ -49,9 +49,9 @@ protected:
 
 TEST_F(KeyboardTabOrder, TheOverviewFromSidebarToHeaderToPage) {
     ui.open();
-    const QStringList order = {"sidebar:Overview",         "pageActionButton", "startButton",
-                               "overviewDuplicatesSwitch", "reviewShortcut",   "foldersShortcut",
-                               "sidebar:Overview"};
+    const QStringList order = {"sidebar:Overview",         "pageActionButton",   "startButton",
+                               "overviewDuplicatesSwitch", "previewStartButton", "reviewShortcut",
+                               "foldersShortcut",          "sidebar:Overview"};
     EXPECT_EQ(walk(order.size()), order);
     QStringList back = order;
     std::reverse(back.begin(), back.end());
@@ -71,10 +71,10 @@ TEST_F(KeyboardTabOrder, APageScrollsToTheControlTheKeyboardReaches) {
         return rect.top() >= 0 && rect.bottom() <= page->height();
     };
     ASSERT_FALSE(inView("foldersShortcut")) << "the window shows the whole Overview";
-    walk(6);
+    walk(7);
     EXPECT_EQ(focused(), "foldersShortcut");
     EXPECT_TRUE(inView("foldersShortcut"));
-    walk(2, Qt::ShiftModifier);
+    walk(3, Qt::ShiftModifier);
     EXPECT_EQ(focused(), "overviewDuplicatesSwitch");
     EXPECT_TRUE(inView("overviewDuplicatesSwitch"));
 }
@@ -111,6 +111,22 @@ TEST_F(KeyboardTabOrder, TheRingShowsForTheKeyboardOnly) {
     walk(5);
     EXPECT_EQ(focused(), "fileRow:a.txt");
     EXPECT_EQ(ringsShown(), 1);
+}
+
+TEST_F(KeyboardTabOrder, ASidebarClickTakesTheKeyboardBackToTheStart) {
+    ui.open();
+    walk(1);
+    ASSERT_EQ(focused(), "sidebar:Overview");
+    ui.pressSidebar("All files");
+    EXPECT_EQ(ringsShown(), 0);
+    EXPECT_FALSE(ui.item("sidebar:Overview")->activeFocusOnTab());
+    EXPECT_EQ(walk(2), (QStringList{"sidebar:All files", "pageActionButton"}));
+
+    ui.typeInto("searchField", "x");
+    ASSERT_EQ(focused(), "searchField");
+    ui.pressSidebar("Duplicates");
+    EXPECT_NE(focused(), "searchField");
+    EXPECT_EQ(walk(1), QStringList{"sidebar:Duplicates"});
 }
 
 TEST_F(KeyboardTabOrder, AClickShowsNoRing) {

@@ -1,4 +1,6 @@
 // A date picker showing the date only: a button with the abbreviated date that opens a month grid.
+// From the keyboard the arrows move a day cursor (a week up and down, a month with Page Up and Page
+// Down) and Enter picks the day under it.
 import QtQuick
 import QtQuick.Controls.Basic
 import Quorrin
@@ -28,6 +30,10 @@ Row {
         anchors.verticalCenter: parent.verticalCenter
         onClicked: {
             popup.shown = Format.addMonths(field.date, 0)
+            popup.cursor = field.date
+            // Opened from the keyboard, the cursor is on the chosen day at once; opened with the
+            // mouse, it shows at the first arrow key.
+            popup.cursorShown = button.visualFocus
             popup.open()
         }
     }
@@ -36,6 +42,23 @@ Row {
         id: popup
         objectName: "popup"
         property date shown: field.date
+        property date cursor: field.date
+        property bool cursorShown: false
+
+        function moveCursor(days, months) {
+            const moved = new Date(cursor.getFullYear(), cursor.getMonth() + months,
+                                   cursor.getDate() + days)
+            cursor = Format.withDay(field.date, moved.getFullYear(), moved.getMonth() + 1,
+                                    moved.getDate())
+            shown = cursor
+            cursorShown = true
+        }
+        function pickCursor() {
+            field.picked(Format.withDay(field.date, cursor.getFullYear(), cursor.getMonth() + 1,
+                                        cursor.getDate()))
+            close()
+        }
+
         y: button.height + 6
         x: button.x
         padding: 12
@@ -51,6 +74,22 @@ Row {
 
         contentItem: Column {
             spacing: 8
+            focus: true
+            Keys.onLeftPressed: popup.moveCursor(-1, 0)
+            Keys.onRightPressed: popup.moveCursor(1, 0)
+            Keys.onUpPressed: popup.moveCursor(-7, 0)
+            Keys.onDownPressed: popup.moveCursor(7, 0)
+            Keys.onPressed: (event) => {
+                if (event.key === Qt.Key_PageUp)
+                    popup.moveCursor(0, -1)
+                else if (event.key === Qt.Key_PageDown)
+                    popup.moveCursor(0, 1)
+                else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
+                    popup.pickCursor()
+                else
+                    return
+                event.accepted = true
+            }
 
             Row {
                 width: grid.width
@@ -106,6 +145,14 @@ Row {
                     readonly property bool current: model.year === field.date.getFullYear()
                                                     && model.month === field.date.getMonth()
                                                     && model.day === field.date.getDate()
+                    // The keyboard's cursor is here: the day takes the focus, so a screen reader
+                    // says it, and shows the ring.
+                    readonly property bool isCursor: popup.cursorShown
+                                                     && model.year === popup.cursor.getFullYear()
+                                                     && model.month === popup.cursor.getMonth()
+                                                     && model.day === popup.cursor.getDate()
+                    onIsCursorChanged: if (isCursor) forceActiveFocus(Qt.TabFocusReason)
+                    Component.onCompleted: if (isCursor) forceActiveFocus(Qt.TabFocusReason)
                     objectName: (model.month === grid.month ? "day:" : "otherDay:") + model.day
                     implicitWidth: 34
                     implicitHeight: 30
@@ -119,6 +166,11 @@ Row {
                     }
                     radius: 7
                     color: current ? Theme.accent : dayArea.containsMouse ? Theme.raisedHover : "transparent"
+                    FocusRing {
+                        visible: day.activeFocus
+                        gap: 1
+                        baseRadius: day.radius
+                    }
                     Text {
                         anchors.centerIn: parent
                         text: day.model.day

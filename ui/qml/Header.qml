@@ -138,7 +138,9 @@ Item {
                 id: busyBar
                 objectName: "busyBar"
                 visible: Store.busy
-                indeterminate: true
+                // Indeterminate until the operation can say how far it is.
+                indeterminate: Store.progress < 0
+                value: Math.max(Store.progress, 0)
                 Accessible.name: "Working safely"
                 anchors.left: parent.left
                 anchors.right: parent.right
@@ -148,12 +150,20 @@ Item {
                 contentItem: Item {
                     clip: true
                     Rectangle {
+                        objectName: "busyBarFill"
+                        visible: !busyBar.indeterminate
+                        width: parent.width * busyBar.visualPosition
+                        height: parent.height
+                        color: Theme.accent
+                    }
+                    Rectangle {
                         id: runner
+                        visible: busyBar.indeterminate
                         width: parent.width * 0.3
                         height: parent.height
                         color: Theme.accent
                         NumberAnimation on x {
-                            running: busyBar.visible
+                            running: busyBar.visible && busyBar.indeterminate
                             from: -runner.width
                             to: busyBar.width
                             duration: 1200
@@ -182,6 +192,17 @@ Item {
                     color: Theme.text
                     font.pixelSize: 12
                     elide: Text.ElideRight
+                }
+                // Every operation that sets busy runs long enough to be worth stopping.
+                AppButton {
+                    objectName: "stopButton"
+                    visible: Store.busy
+                    quiet: true
+                    implicitHeight: 30
+                    text: "Stop"
+                    textSize: 12
+                    Accessible.name: "Stop"
+                    onClicked: Store.stop()
                 }
                 AppButton {
                     objectName: "undoButton"

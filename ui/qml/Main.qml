@@ -35,21 +35,16 @@ ApplicationWindow {
     // A sidebar press: the page, then nothing selected, empty search, "All types", "All signals";
     // also when the page pressed is the one shown.
     function pressSidebar(name) {
+        // Whatever had the keyboard (the search field, a sidebar tab) gives it up first; the next
+        // Tab starts again at the sidebar.
+        focusSink.forceActiveFocus()
         page = name
         fileList.resetView()
-        // The search field of the page left behind gives up the keyboard: the focus goes to an
-        // item that takes no keys, not back into the page, which would hand it to the field.
-        focusSink.forceActiveFocus()
     }
 
     // The Overview's shortcuts change the page only.
     function jump(name) {
         page = name
-    }
-
-    Item {
-        id: focusSink
-        objectName: "focusSink"
     }
 
     // The keyboard shortcuts; none acts while a dialog is open, and in the search field Ctrl+A and
@@ -83,6 +78,13 @@ ApplicationWindow {
         objectName: "fileList"
         store: Store
         page: window.page
+    }
+
+    // Holds the keyboard focus after a sidebar press; first in the Tab order, so Tab goes on to
+    // the sidebar.
+    Item {
+        id: focusSink
+        objectName: "focusSink"
     }
 
     RowLayout {

@@ -89,6 +89,7 @@ Row {
             required property var modelData
             required property int index
             objectName: "option:" + modelData.label
+            text: modelData.label  // drawn by the content item below; names the option
             width: combo.width
             height: 30
             hoverEnabled: true

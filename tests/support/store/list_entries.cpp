@@ -1,3 +1,4 @@
+// Builds in-memory entries and their urls for the file-list tests.
 #include "tests/support/store/list_entries.h"
 
 namespace quorrin::testing {

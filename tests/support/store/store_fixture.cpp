@@ -1,3 +1,4 @@
+// Sets up a Store over a temporary HOME and drives its manual executor until idle.
 #include "tests/support/store/store_fixture.h"
 
 #include <filesystem>

@@ -1,3 +1,4 @@
+// Walks the window's accessibility tree and describes its objects for the assertions.
 #include "tests/support/ui/accessible_tree.h"
 
 #include <QAccessibleInterface>

@@ -1,3 +1,4 @@
+// Notes the files and folders the window asks the desktop to open or show.
 #include "tests/support/ui/recording_launcher.h"
 
 namespace quorrin::testing {

@@ -1,3 +1,4 @@
+// Writes the sample home of the interface tests and the screenshots.
 #include "tests/support/ui/sample_home.h"
 
 #include "tests/support/sample_files.h"

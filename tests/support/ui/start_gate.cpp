@@ -1,3 +1,4 @@
+// Blocks Start's background work at its first move until the test lets it go.
 #include "tests/support/ui/start_gate.h"
 
 namespace quorrin::testing {

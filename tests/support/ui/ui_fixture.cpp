@@ -1,3 +1,4 @@
+// Loads the real window over a temporary HOME and drives it with clicks, keys and waits.
 #include "tests/support/ui/ui_fixture.h"
 
 #include "ui/app_setup.h"

@@ -12,7 +12,12 @@ import sys
 import tempfile
 import time
 
-import pyatspi
+# The reader talks to the accessibility bus of the private session bus only: without these, a
+# desktop's own display would lead it to the desktop's bus.
+for name in ("DISPLAY", "WAYLAND_DISPLAY", "AT_SPI_BUS_ADDRESS"):
+    os.environ.pop(name, None)
+
+import pyatspi  # noqa: E402 (after the environment is cleaned)
 
 PAGES = ["Overview", "All files", "FindOlder", "Duplicates", "Downloads review", "File health",
          "Kept files", "Folders & settings", "Activity"]
@@ -115,9 +120,8 @@ def the_app(process):
             pid = app.get_process_id()
         except Exception:
             pid = None
-        if pid == process.pid or (app.name or "").lower() == "quorrin":
-            if app.childCount > 0:
-                return app
+        if pid == process.pid and app.childCount > 0:
+            return app
     return None
 
 
@@ -159,7 +163,6 @@ def main():
         env = dict(os.environ, HOME=home, XDG_RUNTIME_DIR=runtime, QT_QPA_PLATFORM="xcb",
                    DISPLAY=display_name,
                    QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LC_ALL="C.UTF-8")
-        env.pop("WAYLAND_DISPLAY", None)
         process = subprocess.Popen([sys.argv[1]], env=env)
 
         app = poll("the app on the accessibility bus", lambda: the_app(process))
