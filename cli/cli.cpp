@@ -47,8 +47,9 @@ public:
             out_ << usageText(arguments.size() > 1 ? arguments[1] : "");
             return 0;
         }
-        static const std::set<std::string> known = {"folders", "scan",  "start", "undo",   "keep",
-                                                    "unkeep",  "clear", "older", "review", "list"};
+        static const std::set<std::string> known = {"folders", "scan",   "start", "undo",
+                                                    "keep",    "unkeep", "clear", "older",
+                                                    "review",  "list",   "cache"};
         if (!known.contains(command))
             return UsageError{"unknown command " + command, ""};
         if (words.flag("--help") || words.flag("-h")) {
@@ -71,6 +72,8 @@ public:
             return older(words);
         if (command == "review")
             return review(words);
+        if (command == "cache")
+            return cache(words);
         return list(words);
     }
 
@@ -143,10 +146,12 @@ private:
         store::ScanChoice choice{.duplicates = words.flag("--duplicates"),
                                  .health = words.flag("--health"),
                                  .usageDates = words.flag("--usage")};
+        const bool noCache = words.flag("--no-cache");
         if (auto wrong = words.noOperands())
             return *wrong;
         if (int(choice.duplicates) + int(choice.health) + int(choice.usageDates) > 1)
             return words.error("choose one of --duplicates, --health and --usage");
+        store().setUseResultsCache(!noCache);
         store().scan(choice);
         return reportAction();
     }
@@ -155,14 +160,27 @@ private:
         const bool keepDuplicates = words.flag("--keep-duplicates");
         const bool dryRun = words.flag("--dry-run");
         const bool json = words.flag("--json");
+        const bool noCache = words.flag("--no-cache");
         if (auto wrong = words.noOperands())
             return *wrong;
         if (json && !dryRun)
             return words.error("--json goes with --dry-run");
+        store().setUseResultsCache(!noCache);
         store().setAutoDuplicates(!keepDuplicates);
         if (dryRun)
             return preview(json);
         store().scan({.organize = true});
+        return reportAction();
+    }
+
+    // Empties the results cache; --clear is the only thing it does.
+    Status cache(Words& words) {
+        const bool clear = words.flag("--clear");
+        if (auto wrong = words.noOperands())
+            return *wrong;
+        if (!clear)
+            return words.error("cache needs --clear");
+        store().forgetCachedResults();
         return reportAction();
     }
 

@@ -15,9 +15,10 @@ const std::string& usageText(const std::string& command) {
          "\n"
          "Commands:\n"
          "  folders [add PATH... | remove PATH...]   show, connect or disconnect folders\n"
-         "  scan [--duplicates | --health | --usage]\n"
+         "  scan [--duplicates | --health | --usage] [--no-cache]\n"
          "                                           scan the connected folders\n"
-         "  start [--keep-duplicates] [--dry-run]    arrange loose files (and trash duplicates)\n"
+         "  start [--keep-duplicates] [--dry-run] [--no-cache]\n"
+         "                                           arrange loose files (and trash duplicates)\n"
          "  undo                                     put back the files arrangements moved\n"
          "  keep PATH... / unkeep PATH...            protect files from arrangement and cleaning\n"
          "  clear [--duplicates] PATH...             send files to the Trash after re-checking\n"
@@ -26,6 +27,7 @@ const std::string& usageText(const std::string& command) {
          "  review [--weeks N] [--done]              list Downloads files unused for N weeks\n"
          "  list [--page ...] [--search TEXT] [--type CATEGORY] [--signal SIGNAL]\n"
          "                                           a page's files, filtered and sorted by name\n"
+         "  cache --clear                            forget the cached digests and findings\n"
          "\n"
          "Listing commands (folders, older, review, list) print one path per line, or a JSON\n"
          "array with --json. Run 'quorrin-cli COMMAND --help' for a command's options.\n"},
@@ -39,13 +41,21 @@ const std::string& usageText(const std::string& command) {
          "app, system or project folders; a folder already covered is skipped, folders inside a\n"
          "new one are replaced by it). 'remove' disconnects folders.\n"},
         {"scan",
-         "Usage: quorrin-cli scan [--duplicates | --health | --usage]\n"
+         "Usage: quorrin-cli scan [--duplicates | --health | --usage] [--no-cache]\n"
          "\n"
          "Quick scan of the connected folders; --duplicates compares file content (Check\n"
          "duplicates), --health checks images, PDFs, empty files and installers (Check health),\n"
-         "--usage reads last-used dates (Check usage). Prints what the scan reported.\n"},
+         "--usage reads last-used dates (Check usage). Prints what the scan reported.\n"
+         "\n"
+         "Digests and findings of unchanged files are taken from the results cache and new ones\n"
+         "kept there; --no-cache reads and checks every file and leaves the cache as it is.\n"},
+        {"cache",
+         "Usage: quorrin-cli cache --clear\n"
+         "\n"
+         "Forgets the cached digests and health findings, so that the next check reads every\n"
+         "file again.\n"},
         {"start",
-         "Usage: quorrin-cli start [--keep-duplicates] [--dry-run [--json]]\n"
+         "Usage: quorrin-cli start [--keep-duplicates] [--dry-run [--json]] [--no-cache]\n"
          "\n"
          "Scans, sends exact duplicates to the Trash (unless --keep-duplicates), and moves the\n"
          "loose files of each connected folder into its numbered category folders, recording "
@@ -55,7 +65,9 @@ const std::string& usageText(const std::string& command) {
          "--dry-run changes nothing: it prints what Start would do, one line per action in the\n"
          "order Start acts ('trash PATH (copy of ORIGINAL)', 'move FROM → TO', 'skip PATH:\n"
          "MESSAGE'), then the summary Start would give. With --json it prints one JSON array of\n"
-         "{\"action\", \"path\"} objects with \"original\", \"to\" or \"message\".\n"},
+         "{\"action\", \"path\"} objects with \"original\", \"to\" or \"message\".\n"
+         "\n"
+         "--no-cache compares every file's content without the results cache.\n"},
         {"undo",
          "Usage: quorrin-cli undo\n"
          "\n"

@@ -11,6 +11,7 @@
 namespace quorrin::Engine {
 
 inline constexpr std::int64_t sampleBlockSize = 65'536;
+inline constexpr std::int64_t wholeSampleLimit = 2 * sampleBlockSize;
 inline constexpr std::size_t fullDigestChunkSize = 1'048'576;
 
 // Hears how many bytes each read brought, as a digest goes on.
@@ -22,7 +23,8 @@ platform::Result<std::string> digest(const std::string& path,
                                      platform::Platform& platform = platform::system(),
                                      const BytesRead& bytesRead = {}, const StopRequest& stop = {});
 // SHA-256 of the first 64 KiB and, for files larger than that, of the 64 KiB that end at
-// max(size, 128 KiB), where `size` is the size the scan recorded.
+// max(size, 128 KiB), where `size` is the size the scan recorded. A file recorded at no more than
+// wholeSampleLimit bytes is read whole, to its end: its sample digest is then its full digest.
 platform::Result<std::string> sampleDigest(const std::string& path, std::int64_t size,
                                            platform::Platform& platform = platform::system());
 

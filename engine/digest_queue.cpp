@@ -38,6 +38,14 @@ std::size_t DigestQueue::add(DigestJob job) {
     return position;
 }
 
+std::size_t DigestQueue::addKnown(std::string digest) {
+    std::lock_guard lock(mutex_);
+    const std::size_t position = jobs_.size();
+    jobs_.emplace_back();
+    results_.emplace_back(platform::Result<std::string>(std::move(digest)));
+    return position;
+}
+
 void DigestQueue::work() {
     std::unique_lock lock(mutex_);
     for (;;) {
@@ -45,6 +53,8 @@ void DigestQueue::work() {
         if (stopping_)
             return;
         const std::size_t position = nextClaim_++;
+        if (results_[position].has_value())
+            continue;                            // known already
         const DigestJob& job = jobs_[position];  // never moved nor changed once queued
         lock.unlock();
         // Counted as read, up to what the job was reckoned to read, so that the sum stays exact

@@ -1,6 +1,7 @@
 // Groups files by size, then by sample digest, then by full digest, and marks the later copies.
 #include "engine/duplicates.h"
 
+#include "engine/digest.h"
 #include "engine/paths.h"
 
 #include <algorithm>
@@ -52,13 +53,18 @@ DuplicateAnalysis::DuplicateAnalysis(platform::Platform& platform, unsigned thre
 
 void DuplicateAnalysis::sample(const std::vector<Entry>& entries, std::size_t position) {
     sampleJob_[position] =
-        queue_.add({.path = entries[position].url, .size = entries[position].size});
+        knownSample_[position]
+            ? queue_.addKnown(*knownSample_[position])
+            : queue_.add({.path = entries[position].url, .size = entries[position].size});
 }
 
 void DuplicateAnalysis::add(const std::vector<Entry>& entries, std::size_t position,
-                            FileIdentity identity) {
+                            FileIdentity identity, const CachedResults* known) {
     sampleJob_.push_back(notSampled);
+    fullJob_.push_back(notSampled);
     identities_.push_back(identity);
+    knownSample_.push_back(known ? known->sampleDigest : std::nullopt);
+    knownFull_.push_back(known ? known->fullDigest : std::nullopt);
     if (!compared(entries[position]))
         return;
     const std::int64_t size = entries[position].size;
@@ -80,11 +86,20 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
 
     // Known now that the walk is over: every member of a size group is sampled, and may need its
     // full digest.
+    // What is read of each file: nothing that the cache already holds, and no full digest of a
+    // small file, whose sample is read whole.
+    const auto sampleBytes = [&](std::size_t member) {
+        return knownSample_[member] ? 0 : jobReadBytes(entries[member].size, false);
+    };
+    const auto fullBytes = [&](std::size_t member) {
+        return entries[member].size <= wholeSampleLimit || knownFull_[member]
+                   ? 0
+                   : jobReadBytes(entries[member].size, true);
+    };
     std::int64_t total = 0;
     for (const auto& group : groups)
         for (std::size_t member : group)
-            total += jobReadBytes(entries[member].size, false) +
-                     jobReadBytes(entries[member].size, true);
+            total += sampleBytes(member) + fullBytes(member);
     std::int64_t lastPermille = -1;
     const auto report = [&] {
         if (!amount || total == 0)
@@ -118,20 +133,27 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
         // Files whose sample is unique, or that could not be sampled, are read no further.
         std::int64_t readNoFurther = 0;
         for (std::size_t member : groups[g])
-            readNoFurther += jobReadBytes(entries[member].size, true);
+            readNoFurther += fullBytes(member);
         for (auto& [digest, members] : bySample) {
             if (members.size() < 2)
                 continue;
             for (std::size_t member : members)
-                readNoFurther -= jobReadBytes(entries[member].size, true);
+                readNoFurther -= fullBytes(member);
             std::sort(members.begin(), members.end(), [&](std::size_t a, std::size_t b) {
                 return entries[a].url < entries[b].url;
             });
             auto& planned = plans[g].sampleGroups.emplace_back();
-            for (std::size_t member : members)
-                planned.emplace_back(member, queue_.add({.path = entries[member].url,
-                                                         .size = entries[member].size,
-                                                         .full = true}));
+            // A small file's sample digest already is its full digest: it is not read again.
+            for (std::size_t member : members) {
+                if (entries[member].size <= wholeSampleLimit)
+                    fullJob_[member] = sampleJob_[member];
+                else if (knownFull_[member])
+                    fullJob_[member] = queue_.addKnown(*knownFull_[member]);
+                else
+                    fullJob_[member] = queue_.add(
+                        {.path = entries[member].url, .size = entries[member].size, .full = true});
+                planned.emplace_back(member, fullJob_[member]);
+            }
         }
         total -= readNoFurther;
         report();
@@ -166,6 +188,29 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
             }
         }
     }
+}
+
+namespace {
+
+std::optional<std::string> digestAt(DigestQueue& queue, std::size_t job, std::size_t none) {
+    if (job == none)
+        return std::nullopt;
+    const auto& result = queue.wait(job);
+    return result ? std::optional<std::string>(*result) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::string> DuplicateAnalysis::sampleDigestOf(std::size_t position) {
+    if (auto sampled = digestAt(queue_, sampleJob_[position], notSampled))
+        return sampled;
+    return knownSample_[position];
+}
+
+std::optional<std::string> DuplicateAnalysis::fullDigestOf(std::size_t position) {
+    if (auto full = digestAt(queue_, fullJob_[position], notSampled))
+        return full;
+    return knownFull_[position];
 }
 
 void markDuplicates(std::vector<Entry>& entries, const std::vector<FileIdentity>& identities,

@@ -4,9 +4,11 @@
 #include "engine/digest_queue.h"
 #include "engine/entry.h"
 #include "engine/progress.h"
+#include "engine/results_cache.h"
 #include "platform/platform.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -44,13 +46,19 @@ public:
 
     // Called for each entry of `entries` in turn (positions 0, 1, 2, …) as soon as the walk has
     // appended it, with what it names; earlier entries must still be in the list.
-    void add(const std::vector<Entry>& entries, std::size_t position, FileIdentity identity);
+    // `known`: the digests an earlier job computed for this very file, when the cache has them.
+    void add(const std::vector<Entry>& entries, std::size_t position, FileIdentity identity,
+             const CachedResults* known = nullptr);
     // Marks the duplicates in `entries` (the list that was fed in, complete), appends the notes.
     // `amount` hears the bytes read out of the bytes to read: every sample of a size group, and
     // the full digest of every member of a sample group (counted for all members of size groups
     // at first, then taken off for those whose sample turns out unique).
     void finish(std::vector<Entry>& entries, std::vector<std::string>& notes,
                 const Progress& progress, const ProgressAmount& amount = {});
+    // After finish(): the sample and full digests of entries[position] that this analysis has,
+    // whether read now or known from the cache; absent when never needed or not readable.
+    std::optional<std::string> sampleDigestOf(std::size_t position);
+    std::optional<std::string> fullDigestOf(std::size_t position);
 
 private:
     static constexpr std::size_t notSampled = static_cast<std::size_t>(-1);
@@ -64,7 +72,11 @@ private:
     std::unordered_map<std::int64_t, std::size_t> firstOfSize_;
     // Per entry: its sample job (or notSampled), and its identity.
     std::vector<std::size_t> sampleJob_;
+    std::vector<std::size_t> fullJob_;
     std::vector<FileIdentity> identities_;
+    // Per entry: its digests known from the cache, if any.
+    std::vector<std::optional<std::string>> knownSample_;
+    std::vector<std::optional<std::string>> knownFull_;
 };
 
 // The whole analysis over a finished list. `identities` is parallel to `entries`, or empty when

@@ -26,6 +26,10 @@ bool listed(const std::array<std::string_view, N>& extensions, std::string_view 
 
 }  // namespace
 
+std::string_view healthCheckVersion() {
+    return "checks 1 • " QUORRIN_DECODER_VERSIONS;
+}
+
 std::optional<std::string> healthIssue(const std::string& path, std::string_view lowerExtension,
                                        std::int64_t size, platform::Platform& platform) {
     // An empty file gets no other test.

@@ -22,6 +22,10 @@ inline constexpr std::string_view installerFinding = "Installer or executable â€
 // of one of the nine decoded extensions that cannot be opened or decoded; a PDF that cannot be
 // opened; an installer or executable by its extension. Findings are advice only: nothing is
 // changed, and a file that cannot be read at all simply gets the finding its type leads to.
+// The version of the checks and of the decoders (libvips, poppler) that give the findings: a
+// finding kept from another version is checked again.
+std::string_view healthCheckVersion();
+
 std::optional<std::string> healthIssue(const std::string& path, std::string_view lowerExtension,
                                        std::int64_t size,
                                        platform::Platform& platform = platform::system());

@@ -48,10 +48,32 @@ public:
         if (duplicates_ && !request_.stop.requested())
             duplicates_->finish(result_.files, result_.notes, request_.progress, request_.amount);
         result_.stopped = request_.stop.requested();
+        // Rows computed before a stop are kept too: the next run starts from them.
+        if (request_.cache)
+            rememberResults();
         return std::move(result_);
     }
 
 private:
+    // Keeps what this scan computed in the cache, for each file whose results changed.
+    void rememberResults() {
+        for (std::size_t i = 0; i < cached_.size(); ++i) {
+            auto& [key, results] = cached_[i];
+            if (key.inode == 0 && key.device == 0)
+                continue;
+            CachedResults now = results;
+            if (duplicates_) {
+                if (auto sample = duplicates_->sampleDigestOf(i))
+                    now.sampleDigest = sample;
+                if (auto full = duplicates_->fullDigestOf(i))
+                    now.fullDigest = full;
+            }
+            if (now != results)
+                request_.cache->remember(key, now);
+        }
+        request_.cache->commit();
+    }
+
     void say(const std::string& text) {
         if (request_.progress)
             request_.progress(text);
@@ -162,11 +184,19 @@ private:
             if (auto used = usage_.find(entry.url); used != usage_.end())
                 entry.lastUsed = used->second;
         }
+        // What earlier jobs computed for this very file; downloads in progress are still changing.
+        std::optional<CachedResults> known;
+        if (request_.cache) {
+            CacheKey key = downloading ? CacheKey{} : cacheKeyOf(info);
+            if (!downloading)
+                known = request_.cache->find(key);
+            cached_.emplace_back(key, known.value_or(CachedResults{}));
+        }
         result_.files.push_back(std::move(entry));
         // Files of a size already seen are read and hashed while the walk goes on.
         if (duplicates_)
             duplicates_->add(result_.files, result_.files.size() - 1,
-                             FileIdentity{info.device, info.inode});
+                             FileIdentity{info.device, info.inode}, known ? &*known : nullptr);
         if (result_.files.size() % progressInterval == 0)
             say("Indexed " + std::to_string(result_.files.size()) + " files…");
     }
@@ -179,19 +209,39 @@ private:
         for (const Entry& entry : result_.files)
             toCheck += !entry.downloading;
         std::int64_t checked = 0, lastPermille = -1;
-        for (Entry& entry : result_.files) {
+        for (std::size_t i = 0; i < result_.files.size(); ++i) {
+            Entry& entry = result_.files[i];
+            // A download in progress is unfinished by nature: an empty placeholder is not an
+            // empty file.
             if (entry.downloading)
                 continue;
             if (request_.stop.requested())
                 return;  // the result is dropped: a stopped scan publishes nothing
-            entry.issue =
-                healthIssue(entry.url, lowercase(pathExtension(entry.url)), entry.size, platform_);
+            inspect(entry, i);
             const std::int64_t permille = ++checked * 1000 / toCheck;
             if (request_.amount && permille != lastPermille) {
                 lastPermille = permille;
                 request_.amount(checked, toCheck);
             }
         }
+    }
+
+    // The file's finding: from an earlier job when the same decoders judged this very file, else
+    // computed now and kept in the cache.
+    void inspect(Entry& entry, std::size_t position) {
+        CachedResults* known = request_.cache ? &cached_[position].second : nullptr;
+        if (known && known->healthChecked && known->decoderVersion == healthCheckVersion()) {
+            entry.issue = known->healthFinding;
+            return;
+        }
+        entry.issue =
+            healthIssue(entry.url, lowercase(pathExtension(entry.url)), entry.size, platform_);
+        if (!known || cached_[position].first.inode == 0)
+            return;
+        known->healthChecked = true;
+        known->healthFinding = entry.issue;
+        known->decoderVersion = std::string(healthCheckVersion());
+        request_.cache->remember(cached_[position].first, *known);
     }
 
     const ScanRequest& request_;
@@ -202,6 +252,8 @@ private:
     platform::UsageDates usage_;
     ScanResult result_;
     std::optional<DuplicateAnalysis> duplicates_;
+    // With a cache: per entry, its identity and the results kept for it (empty when none).
+    std::vector<std::pair<CacheKey, CachedResults>> cached_;
     std::unordered_set<std::string> taken_;
     ReadAhead readAhead_;
 };

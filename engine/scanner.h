@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/progress.h"
+#include "engine/results_cache.h"
 #include "engine/scan_result.h"
 #include "engine/stop_request.h"
 #include "platform/platform.h"
@@ -31,6 +32,9 @@ struct ScanRequest {
     // Threads that read folders ahead of the walk: readAheadThreads() when absent; with 0 the walk
     // reads each folder itself. The files, notes and their order are the same either way.
     std::optional<unsigned> readAheadThreads;
+    // Digests and findings of earlier jobs, by file identity; what this scan computes is added.
+    // None: everything is computed.
+    ResultsCache* cache = nullptr;
     // Checked before every file and folder, and between the blocks of every digest: once
     // requested, the scan returns at once with `stopped` set.
     StopRequest stop;

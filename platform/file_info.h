@@ -16,6 +16,9 @@ struct FileInfo {
     Instant modified{};
     // Birth time, only where the file system reports one; never the change or access time.
     std::optional<Instant> created;
+    // Status-change time: moves whenever the content or the status is written, and cannot be set
+    // back, so a file edited and given its old modification time still shows a new one.
+    Instant changed{};
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     std::uint32_t mode = 0;  // permission and special bits (st_mode & 07777)

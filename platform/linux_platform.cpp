@@ -22,8 +22,8 @@
 namespace quorrin::platform {
 namespace {
 
-constexpr unsigned statxMask =
-    STATX_TYPE | STATX_MODE | STATX_SIZE | STATX_MTIME | STATX_BTIME | STATX_INO | STATX_UID;
+constexpr unsigned statxMask = STATX_TYPE | STATX_MODE | STATX_SIZE | STATX_MTIME | STATX_CTIME |
+                               STATX_BTIME | STATX_INO | STATX_UID;
 
 FileInfo infoFrom(const struct statx& sx) {
     FileInfo info;
@@ -43,6 +43,7 @@ FileInfo infoFrom(const struct statx& sx) {
     }
     info.size = (sx.stx_mask & STATX_SIZE) ? static_cast<std::int64_t>(sx.stx_size) : 0;
     info.modified = instantFrom(sx.stx_mtime.tv_sec, sx.stx_mtime.tv_nsec);
+    info.changed = instantFrom(sx.stx_ctime.tv_sec, sx.stx_ctime.tv_nsec);
     if (sx.stx_mask & STATX_BTIME)
         info.created = instantFrom(sx.stx_btime.tv_sec, sx.stx_btime.tv_nsec);
     info.device = (static_cast<std::uint64_t>(sx.stx_dev_major) << 32) | sx.stx_dev_minor;

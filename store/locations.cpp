@@ -45,6 +45,10 @@ std::string historyPath(platform::Platform& platform) {
                      "last-organization.json");
 }
 
+std::string resultsCachePath(platform::Platform& platform) {
+    return stateFile(baseFolder(platform, "XDG_CACHE_HOME", ".cache"), "results.sqlite");
+}
+
 Status ensureFolder(const std::string& path, platform::Platform& platform) {
     Status existing = isFolder(path, platform);
     if (existing.ok() || !existing.error().isErrno(ENOENT))

@@ -16,6 +16,8 @@ std::string settingsPath(platform::Platform& platform = platform::system());
 // $XDG_DATA_HOME/QUORRIN/last-organization.json, or ~/.local/share/QUORRIN/last-organization.json
 // under the same rule.
 std::string historyPath(platform::Platform& platform = platform::system());
+// $XDG_CACHE_HOME/QUORRIN/results.sqlite, or ~/.cache/QUORRIN/results.sqlite under the same rule.
+std::string resultsCachePath(platform::Platform& platform = platform::system());
 
 // Creates the folder at the absolute `path` together with any missing parents, each new one with
 // mode 0700; folders that already exist are left as they are. Fails with ENOTDIR when something

@@ -59,6 +59,8 @@ struct ProgressAmount {
 
 inline constexpr const char* initialStatus = "Your space. In order.";
 inline constexpr const char* lockBusyMessage = historyBusyText;
+// The activity line of a job that went on without the results cache starts with this, then why.
+inline constexpr const char* resultsCacheUnavailableText = "Results cache unavailable: ";
 // The activity line of a settings write that failed starts with this, then the system's text.
 inline constexpr const char* settingsNotSavedText = "Could not save settings: ";
 
@@ -104,6 +106,11 @@ public:
     void setWeeks(std::int64_t weeks);
     void setAutoDuplicates(bool on);
     void setInspect(bool on);
+    // Whether the page scans and Start take digests and health findings from the results cache
+    // and keep what they compute there (on unless turned off for this Store).
+    void setUseResultsCache(bool on) { useResultsCache_ = on; }
+    // Empties the results cache.
+    void forgetCachedResults();
 
     void addObserver(StoreObserver* observer);
     void removeObserver(StoreObserver* observer);
@@ -171,8 +178,10 @@ private:
                        std::function<void(Store&)> work);
 
     // Runs the scan on a background thread and `publish` with its result on the main thread.
+    // `cacheable`: whether the scan may use the results cache (the preview of Start writes
+    // nothing, not even there).
     void runScan(Engine::ScanRequest request,
-                 std::function<void(Store&, Engine::ScanResult)> publish);
+                 std::function<void(Store&, Engine::ScanResult)> publish, bool cacheable = true);
     void publishScan(std::vector<Entry> files, std::vector<std::string> notes, ScanChoice choice,
                      bool inspect, bool compareDuplicates, bool readUsageDates);
     void startArrangement(std::vector<std::string> notes, std::optional<StartPlan> plan = {});
@@ -208,6 +217,7 @@ private:
     std::int64_t weeks_ = 4;
     bool autoDuplicates_ = true;
     bool inspect_ = true;
+    bool useResultsCache_ = true;
     bool duplicatesChecked_ = false;
     bool healthChecked_ = false;
     std::vector<MoveRecord> moves_;

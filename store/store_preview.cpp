@@ -18,18 +18,21 @@ void Store::previewStart() {
                                 .progress = progressPoster(),
                                 .amount = amountPoster(),
                                 .stop = beginStoppable()};
-    runScan(std::move(request), [compareDuplicates](Store& store, Engine::ScanResult result) {
-        // Published as Start publishes its scan: the lists show what the plan was made from.
-        store.files_ = std::move(result.files);
-        store.set(Property::files);
-        store.duplicatesChecked_ = compareDuplicates;
-        store.set(Property::duplicatesChecked);
-        store.healthChecked_ = false;
-        store.set(Property::healthChecked);
-        for (const std::string& note : result.notes)
-            store.log(note);
-        store.startPlanning(std::move(result.notes));
-    });
+    runScan(
+        std::move(request),
+        [compareDuplicates](Store& store, Engine::ScanResult result) {
+            // Published as Start publishes its scan: the lists show what the plan was made from.
+            store.files_ = std::move(result.files);
+            store.set(Property::files);
+            store.duplicatesChecked_ = compareDuplicates;
+            store.set(Property::duplicatesChecked);
+            store.healthChecked_ = false;
+            store.set(Property::healthChecked);
+            for (const std::string& note : result.notes)
+                store.log(note);
+            store.startPlanning(std::move(result.notes));
+        },
+        false);
 }
 
 void Store::startPlanning(std::vector<std::string> notes) {

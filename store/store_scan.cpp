@@ -1,5 +1,7 @@
 // The Store's scans: Start (scan, then arrange), the page scans, and the find-older run.
 #include "engine/scanner.h"
+#include "store/locations.h"
+#include "store/results_database.h"
 #include "store/store.h"
 
 #include <unordered_map>
@@ -45,20 +47,42 @@ void Store::finishStopped() {
 }
 
 void Store::runScan(Engine::ScanRequest request,
-                    std::function<void(Store&, Engine::ScanResult)> publish) {
+                    std::function<void(Store&, Engine::ScanResult)> publish, bool cacheable) {
     std::weak_ptr<Store*> weak = self_;
     Executor& executor = executor_;
     platform::Platform& platform = platform_;
-    executor_.runInBackground(
-        [weak, &executor, &platform, request = std::move(request), publish = std::move(publish)] {
-            Engine::ScanResult result = Engine::scan(request, platform);
-            postTo(weak, executor, [publish, result = std::move(result)](Store& store) mutable {
-                if (result.stopped)
-                    store.finishStopped();
-                else
-                    publish(store, std::move(result));
-            });
-        });
+    // Only digests and findings are kept: a scan that computes neither has no use for the cache.
+    const bool cached =
+        cacheable && useResultsCache_ && (request.inspect || request.compareDuplicates);
+    executor_.runInBackground([weak, &executor, &platform, cached, request = std::move(request),
+                               publish = std::move(publish)]() mutable {
+        std::optional<ResultsDatabase> cache;
+        if (cached) {
+            cache.emplace(resultsCachePath(platform), platform);
+            request.cache = &*cache;
+        }
+        Engine::ScanResult result = Engine::scan(request, platform);
+        std::optional<std::string> unavailable;
+        if (cache) {
+            cache->commit();
+            unavailable = cache->unavailable();
+        }
+        postTo(weak, executor,
+               [publish, unavailable, result = std::move(result)](Store& store) mutable {
+                   if (unavailable)
+                       store.log(resultsCacheUnavailableText + *unavailable);
+                   if (result.stopped)
+                       store.finishStopped();
+                   else
+                       publish(store, std::move(result));
+               });
+    });
+}
+
+void Store::forgetCachedResults() {
+    platform::Status cleared = ResultsDatabase::clear(resultsCachePath(platform_), platform_);
+    log(cleared ? std::string("Cached results forgotten")
+                : resultsCacheUnavailableText + cleared.error().description);
 }
 
 void Store::scan(ScanChoice choice) {

@@ -87,6 +87,10 @@ void StoreFacade::undo() {
     store_->undo();
 }
 
+void StoreFacade::forgetCachedResults() {
+    store_->forgetCachedResults();
+}
+
 void StoreFacade::stop() {
     store_->stop();
 }

@@ -117,6 +117,8 @@ public:
     Q_INVOKABLE void scan(bool organize, bool duplicates, bool health, bool usageDates);
     Q_INVOKABLE void scanOlder();
     Q_INVOKABLE void undo();
+    // Empties the results cache ("Forget cached results").
+    Q_INVOKABLE void forgetCachedResults();
     // Asks the running long operation to stop at its next safe point.
     Q_INVOKABLE void stop();
 

@@ -6,6 +6,8 @@
 #include "tests/support/fault_platform.h"
 #include "tests/support/temp_home.h"
 
+#include <map>
+
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -99,6 +101,41 @@ TEST(Duplicates, DifferentSamplesAreNeverReadInFull) {
         EXPECT_FALSE(entry.duplicateOf.has_value());
 }
 
+// A file of at most 128 KiB is read whole by its sample: it is opened once, and its copies are
+// still found exactly; a larger one is opened again for its full digest.
+TEST(Duplicates, ASmallFileIsReadOnce) {
+    TempHome home;
+    std::string content(131'072, 'q');
+    std::string a = home.writeFile("Documents/a.bin", content);
+    std::string b = home.writeFile("Documents/b.bin", content);
+    std::string middle = content;
+    middle[70'000] = 'r';  // same ends, different middle: only a whole read tells them apart
+    std::string c = home.writeFile("Documents/c.bin", middle);
+    std::string large(131'073, 'q');
+    std::string d = home.writeFile("Documents/d.bin", large);
+    std::string e = home.writeFile("Documents/e.bin", large);
+    std::map<std::string, int> opens;
+    FaultPlatform platform;
+    platform.fault = [&opens](const std::string& operation,
+                              const std::string& argument) -> std::optional<platform::Error> {
+        if (operation == "openForReading")
+            ++opens[argument];
+        return std::nullopt;
+    };
+    ScanResult result = scanForDuplicates({home.path("Documents")}, platform);
+    platform.fault = nullptr;
+    EXPECT_EQ(find(result, b)->duplicateOf, a);
+    EXPECT_FALSE(find(result, a)->duplicateOf.has_value());
+    EXPECT_FALSE(find(result, c)->duplicateOf.has_value());
+    EXPECT_EQ(find(result, e)->duplicateOf, d);
+    EXPECT_TRUE(result.notes.empty());
+    EXPECT_EQ(opens[a], 1);
+    EXPECT_EQ(opens[b], 1);
+    EXPECT_EQ(opens[c], 1);
+    EXPECT_EQ(opens[d], 2);
+    EXPECT_EQ(opens[e], 2);
+}
+
 TEST(Duplicates, AVanishedFileCannotBeSampled) {
     TempHome home;
     home.writeFile("Documents/keep.txt", "abc");
@@ -116,9 +153,11 @@ TEST(Duplicates, AVanishedFileCannotBeSampled) {
 
 TEST(Duplicates, AFileThatCannotBeReadWholeStaysUnmarkedAndIsNeverRetained) {
     TempHome home;
-    home.writeFile("Documents/a.txt", "abc");
-    home.writeFile("Documents/b.txt", "abc");
-    home.writeFile("Documents/c.txt", "abc");
+    // Larger than a whole sample, so that each is opened again for its full digest.
+    const std::string content(200'000, 'a');
+    home.writeFile("Documents/a.txt", content);
+    home.writeFile("Documents/b.txt", content);
+    home.writeFile("Documents/c.txt", content);
     FaultPlatform platform;
     // a.txt opens once for its sample and once for its full digest: fail the second.
     int opens = 0;

@@ -6,6 +6,8 @@
 #include "tests/support/temp_home.h"
 #include "tests/support/trash_inspection.h"
 
+#include <map>
+
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -92,6 +94,27 @@ TEST_F(Trash, AVerifiedDuplicateGoesAndItsOriginalStays) {
     ASSERT_TRUE(trash(entry, true).ok());
     EXPECT_FALSE(existsNoFollow(copy));
     EXPECT_EQ(readFile(original), "same");
+}
+
+// Verification reads both files to their ends itself, even small ones whose sample digest the
+// analysis already took as their full digest.
+TEST_F(Trash, VerificationReadsBothSmallFilesInFull) {
+    std::string original = home.writeFile("Documents/a.txt", "same");
+    std::string copy = home.writeFile("Documents/b.txt", "same");
+    Entry entry = scanned("Documents/b.txt");
+    ASSERT_EQ(entry.duplicateOf, original);
+    std::map<std::string, int> opens;
+    quorrin::testing::FaultPlatform platform;
+    platform.fault = [&opens](const std::string& operation,
+                              const std::string& argument) -> std::optional<platform::Error> {
+        if (operation == "openForReading")
+            ++opens[argument];
+        return std::nullopt;
+    };
+    ASSERT_TRUE(trash(entry, true, platform).ok());
+    EXPECT_EQ(opens[copy], 1);
+    EXPECT_EQ(opens[original], 1);
+    EXPECT_GE(platform.calls["read"], 4);  // data and end of file, for each of the two
 }
 
 TEST_F(Trash, AnEditedOriginalKeepsTheCopy) {

@@ -148,9 +148,9 @@ Inventory Inventory::take(const std::string& home, std::vector<std::string> conn
     Inventory inventory;
     inventory.home_ = home;
     inventory.connected_ = std::move(connected);
-    const std::vector<std::string> own = {join(home, ".config/QUORRIN"),
-                                          join(home, ".local/share/QUORRIN"),
-                                          join(home, ".local/share/Trash")};
+    const std::vector<std::string> own = {
+        join(home, ".config/QUORRIN"), join(home, ".local/share/QUORRIN"),
+        join(home, ".local/share/Trash"), join(home, ".cache/QUORRIN")};
     inventory.files_ = filesBelow(home, [&](const std::string& folder) {
         return std::find(own.begin(), own.end(), folder) != own.end();
     });
@@ -203,7 +203,8 @@ Census census(const std::string& home, const std::map<std::string, std::string>&
 
     const std::string trashRoot = join(home, ".local/share/Trash");
     const std::vector<std::string> own = {join(home, ".config/QUORRIN"),
-                                          join(home, ".local/share/QUORRIN"), trashRoot};
+                                          join(home, ".local/share/QUORRIN"), trashRoot,
+                                          join(home, ".cache/QUORRIN")};
     std::map<std::string, std::string> now = filesBelow(home, [&](const std::string& folder) {
         return std::find(own.begin(), own.end(), folder) != own.end();
     });

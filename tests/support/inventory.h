@@ -22,8 +22,8 @@ enum class Placement { original, moved, trashed, missing };
 
 class Inventory {
 public:
-    // Every regular file under `home`, except Quorrin's own configuration and data folders and the
-    // Trash. `connected` are the connected folders: only files below them may move.
+    // Every regular file under `home`, except Quorrin's own configuration, data and cache folders
+    // and the Trash. `connected` are the connected folders: only files below them may move.
     static Inventory take(const std::string& home, std::vector<std::string> connected);
 
     // Adds the file now at `path` to the snapshot, as original there.

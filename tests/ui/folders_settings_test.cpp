@@ -161,6 +161,17 @@ TEST(FoldersSettings, BothSwitchesAreOnAgainAfterRelaunch) {
     EXPECT_TRUE(checked(ui, "inspectSwitch"));
 }
 
+TEST(FoldersSettings, ForgetCachedResultsEmptiesTheCache) {
+    UiFixture ui;
+    const std::string cache = ui.home.writeFile(".cache/QUORRIN/results.sqlite", "rows");
+    ui.open();
+    ui.pressSidebar("Folders & settings");
+    EXPECT_EQ(ui.text("forgetCacheButton"), "Forget cached results");
+    ui.click("forgetCacheButton");
+    ui.settle();
+    EXPECT_FALSE(std::filesystem::exists(cache));
+}
+
 TEST(FoldersSettings, OpenTrashOpensTheTrash) {
     RecordingLauncher desktop;
     UiFixture ui;

@@ -207,6 +207,11 @@ PageFlickable {
                 text: "Open Trash"
                 onClicked: Desktop.openTrash()
             }
+            AppButton {
+                objectName: "forgetCacheButton"
+                text: "Forget cached results"
+                onClicked: Store.forgetCachedResults()
+            }
             Note {
                 text: "File health is a limited readability and file-type check. QUORRIN does not certify that a file is safe or scan for viruses. Videos and audio are not fully decoded for damage."
             }

@@ -1,0 +1,200 @@
+// The results cache in the Store's jobs: a second check reads nothing unchanged, a changed file is
+// read again, an unusable cache changes no result, and clearing duplicates never trusts it.
+#include "store/locations.h"
+#include "store/results_database.h"
+#include "tests/support/store/store_fixture.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quorrin::store {
+namespace {
+
+using quorrin::testing::StoreFixture;
+
+// What a check gave: per path, the copy it duplicates and its health finding.
+using Outcome =
+    std::map<std::string, std::pair<std::optional<std::string>, std::optional<std::string>>>;
+
+Outcome outcomeOf(const Store& store) {
+    Outcome outcome;
+    for (const Engine::Entry& entry : store.files())
+        outcome[entry.url] = {entry.duplicateOf, entry.issue};
+    return outcome;
+}
+
+void buildTree(StoreFixture& f) {
+    const std::string large(200'000, 'L');
+    f.home.writeFile("Documents/large-a.bin", large);
+    f.home.writeFile("Documents/large-b.bin", large);
+    f.home.writeFile("Documents/small-a.txt", "same small");
+    f.home.writeFile("Downloads/small-b.txt", "same small");
+    f.home.writeFile("Documents/other.txt", "different!");
+    f.home.writeFile("Desktop/broken.jpg", "not a picture at all");
+    f.home.writeFile("Documents/empty.txt", "");
+}
+
+// How often files were opened for reading while `run` ran.
+int opensDuring(StoreFixture& f, const std::function<void()>& run) {
+    int opens = 0;
+    f.platform.fault = [&opens](const std::string& operation,
+                                const std::string&) -> std::optional<platform::Error> {
+        if (operation == "openForReading")
+            ++opens;
+        return std::nullopt;
+    };
+    run();
+    f.platform.fault = nullptr;
+    return opens;
+}
+
+Outcome check(StoreFixture& f, bool cache = true) {
+    Store& store = *f.store;
+    store.setUseResultsCache(cache);
+    store.scan({.duplicates = true, .health = true});
+    f.settle();
+    return outcomeOf(store);
+}
+
+long unavailableLines(const StoreFixture& f) {
+    auto texts = f.activityTexts();
+    return std::count_if(texts.begin(), texts.end(), [](const std::string& text) {
+        return text.starts_with(resultsCacheUnavailableText);
+    });
+}
+
+TEST(ResultsCacheJob, TheSecondCheckReadsNoUnchangedFile) {
+    StoreFixture f;
+    buildTree(f);
+    f.open();
+    const Outcome first = check(f);
+    EXPECT_EQ(first.at(f.home.path("Documents/large-b.bin")).first,
+              f.home.path("Documents/large-a.bin"));
+    EXPECT_EQ(first.at(f.home.path("Downloads/small-b.txt")).first,
+              f.home.path("Documents/small-a.txt"));
+    Outcome second;
+    EXPECT_EQ(opensDuring(f, [&] { second = check(f); }), 0);
+    EXPECT_EQ(second, first);
+    EXPECT_EQ(unavailableLines(f), 0);
+    // Without the cache everything is read again, with the same results.
+    Outcome uncached;
+    EXPECT_GT(opensDuring(f, [&] { uncached = check(f, false); }), 0);
+    EXPECT_EQ(uncached, first);
+}
+
+TEST(ResultsCacheJob, AFileRewrittenWithItsOldDateIsReadAgain) {
+    StoreFixture f;
+    buildTree(f);
+    f.open();
+    const std::string b = f.home.path("Documents/large-b.bin");
+    ASSERT_TRUE(check(f).at(b).first.has_value());
+    struct stat before {};
+    ASSERT_EQ(::stat(b.c_str(), &before), 0);
+    ::usleep(20'000);  // the status-change clock ticks in file-system granularity
+    quorrin::testing::writeFileAt(b, std::string(200'000, 'M'));
+    const timespec times[2] = {before.st_atim, before.st_mtim};
+    ASSERT_EQ(::utimensat(AT_FDCWD, b.c_str(), times, 0), 0);
+    EXPECT_FALSE(check(f).at(b).first.has_value());
+}
+
+void checkpoint(const std::string& path) {
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+    sqlite3_exec(db, "PRAGMA wal_checkpoint(TRUNCATE)", nullptr, nullptr, nullptr);
+    sqlite3_close(db);
+}
+
+// Each way a cache can be unusable: the job completes with the results of a job without one,
+// and says so in at most one line.
+TEST(ResultsCacheJob, AnUnusableCacheChangesNoResult) {
+    const std::vector<std::string> harms = {"corrupt", "truncated", "folder", "locked", "layout"};
+    for (const std::string& harm : harms) {
+        StoreFixture f;
+        buildTree(f);
+        f.open();
+        const Outcome expected = check(f, false);
+        const std::string path = resultsCachePath(f.platform);
+        check(f);  // fills the cache
+        checkpoint(path);
+        sqlite3* holder = nullptr;
+        if (harm == "corrupt") {
+            std::string bytes = quorrin::testing::readFile(path);
+            for (std::size_t i = 100; i < bytes.size(); i += 7)
+                bytes[i] = static_cast<char>(bytes[i] ^ 0xA5);
+            quorrin::testing::writeFileAt(path, bytes);
+        } else if (harm == "truncated") {
+            ASSERT_EQ(::truncate(path.c_str(), 1000), 0);
+        } else if (harm == "folder") {
+            ASSERT_TRUE(ResultsDatabase::clear(path).ok());
+            f.home.makeDir(".cache/QUORRIN/results.sqlite");
+        } else if (harm == "locked") {
+            ASSERT_EQ(sqlite3_open(path.c_str(), &holder), SQLITE_OK);
+            ASSERT_EQ(sqlite3_exec(holder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr),
+                      SQLITE_OK);
+            // A changed file, so that this job has something to write.
+            f.home.writeFile("Documents/new.txt", "new");
+        } else {
+            sqlite3* db = nullptr;
+            ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+            sqlite3_exec(db,
+                         "DROP TABLE results; CREATE TABLE results(path TEXT PRIMARY KEY);"
+                         "PRAGMA user_version=7",
+                         nullptr, nullptr, nullptr);
+            sqlite3_close(db);
+        }
+        Outcome got = check(f);
+        if (harm == "locked") {
+            sqlite3_exec(holder, "ROLLBACK", nullptr, nullptr, nullptr);
+            sqlite3_close(holder);
+            got.erase(f.home.path("Documents/new.txt"));
+        }
+        EXPECT_EQ(got, expected) << harm;
+        EXPECT_LE(unavailableLines(f), 1) << harm;
+        if (harm == "folder" || harm == "locked") {
+            EXPECT_EQ(unavailableLines(f), 1) << harm;
+        }
+        // And the next job again gives the same.
+        if (harm != "locked") {
+            EXPECT_EQ(check(f), expected) << harm;
+        }
+    }
+}
+
+// Clearing a verified copy reads both files in full, even when the cache holds both digests.
+TEST(ResultsCacheJob, ClearingDuplicatesReadsBothFilesEvenWhenCached) {
+    StoreFixture f;
+    buildTree(f);
+    Store& store = f.open();
+    check(f);
+    check(f);  // every digest is now in the cache
+    const std::string a = f.home.path("Documents/large-a.bin");
+    const std::string b = f.home.path("Documents/large-b.bin");
+    std::vector<Engine::Entry> copies;
+    for (const Engine::Entry& entry : store.files())
+        if (entry.url == b)
+            copies.push_back(entry);
+    ASSERT_EQ(copies.size(), 1u);
+    ASSERT_EQ(copies[0].duplicateOf, a);
+    std::map<std::string, int> opens;
+    f.platform.fault = [&](const std::string& operation,
+                           const std::string& argument) -> std::optional<platform::Error> {
+        if (operation == "openForReading")
+            ++opens[argument];
+        return std::nullopt;
+    };
+    const int readsBefore = f.platform.calls["read"];
+    store.clear(copies, true);
+    f.settle();
+    f.platform.fault = nullptr;
+    EXPECT_EQ(opens[a], 1);
+    EXPECT_EQ(opens[b], 1);
+    // 200,000 bytes each in 1 MiB reads: the data and the end of each file.
+    EXPECT_GE(f.platform.calls["read"] - readsBefore, 4);
+    EXPECT_FALSE(std::filesystem::exists(b));
+}
+
+}  // namespace
+}  // namespace quorrin::store
