@@ -115,11 +115,13 @@ private:
             skip(file, "Could not move " + name + ": " + refused->description);
             return;
         }
-        auto target = freeTarget(file);
-        plan_.actions.push_back({.kind = Kind::move, .file = file, .to = *target});
+        // The category folder was just found acceptable: the name is chosen without asking again,
+        // since a second look could see something else.
+        std::string target = freeName(file);
         freed_.insert(file.url);
-        freed_.erase(*target);
-        claimed_.insert(*target);
+        freed_.erase(target);
+        claimed_.insert(target);
+        plan_.actions.push_back({.kind = Kind::move, .file = file, .to = std::move(target)});
     }
 
     // The free name in the file's category folder, as Start would choose it once the plan's
@@ -127,6 +129,11 @@ private:
     std::optional<std::string> freeTarget(const Entry& file) {
         if (categoryRefusal(file))
             return std::nullopt;
+        return freeName(file);
+    }
+
+    // The free name in the file's category folder, counting the names the plan takes and frees.
+    std::string freeName(const Entry& file) {
         const std::string root(Engine::withoutTrailingSlashes(file.root.str()));
         const std::string path =
             Engine::appendComponent(Engine::appendComponent(root, file.category), nameOf(file));
