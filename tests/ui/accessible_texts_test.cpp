@@ -40,7 +40,8 @@ protected:
 TEST_F(AccessibleTexts, TheHeaderAndTheOverviewAreRead) {
     ui.open();
     EXPECT_NE(node(QAccessible::Heading, "Make room for what matters."), nullptr);
-    EXPECT_NE(node(QAccessible::StaticText, "A calmer computer begins with a cleaner space."), nullptr);
+    EXPECT_NE(node(QAccessible::StaticText, "A calmer computer begins with a cleaner space."),
+              nullptr);
     EXPECT_NE(node(QAccessible::StaticText, "FILES INDEXED: 0"), nullptr);
     EXPECT_NE(node(QAccessible::StaticText, "DUPLICATE SPACE: Not checked"), nullptr);
     EXPECT_NE(node(QAccessible::StaticText, "DOWNLOADS TO REVIEW: 0"), nullptr);
