@@ -20,23 +20,6 @@ bool compared(const Entry& entry) {
     return entry.size >= 1 && !entry.downloading;
 }
 
-// Size groups of two or more compared files, each in list order, in the order of their first
-// members, so that notes arrive in a repeatable order.
-std::vector<std::vector<std::size_t>> sizeGroups(const std::vector<Entry>& entries) {
-    std::unordered_map<std::int64_t, std::size_t> groupOfSize;
-    std::vector<std::vector<std::size_t>> groups;
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        if (!compared(entries[i]))
-            continue;
-        auto [found, inserted] = groupOfSize.emplace(entries[i].size, groups.size());
-        if (inserted)
-            groups.emplace_back();
-        groups[found->second].push_back(i);
-    }
-    std::erase_if(groups, [](const auto& group) { return group.size() < 2; });
-    return groups;
-}
-
 // What the sampling of one size group decided: its notes, and its sample groups of two or more
 // members (in the order of their sample digests), each sorted by path with the full-digest job of
 // every member.
@@ -48,10 +31,18 @@ struct SizeGroupPlan {
 }  // namespace
 
 DuplicateAnalysis::DuplicateAnalysis(platform::Platform& platform, unsigned threads,
-                                     StopRequest stop)
-    : queue_(threads == 0 ? digestThreads() : threads, platform, stop), stop_(std::move(stop)) {}
+                                     StopRequest stop, Lookup lookup)
+    : queue_(threads == 0 ? digestThreads() : threads, platform, stop),
+      stop_(std::move(stop)),
+      lookup_(std::move(lookup)) {}
 
 void DuplicateAnalysis::sample(const std::vector<Entry>& entries, std::size_t position) {
+    if (lookup_) {
+        if (const CachedResults* known = lookup_(position)) {
+            knownSample_[position] = known->sampleDigest;
+            knownFull_[position] = known->fullDigest;
+        }
+    }
     sampleJob_[position] =
         knownSample_[position]
             ? queue_.addKnown(*knownSample_[position])
@@ -59,30 +50,37 @@ void DuplicateAnalysis::sample(const std::vector<Entry>& entries, std::size_t po
 }
 
 void DuplicateAnalysis::add(const std::vector<Entry>& entries, std::size_t position,
-                            FileIdentity identity, const CachedResults* known) {
+                            FileIdentity identity) {
     sampleJob_.push_back(notSampled);
     fullJob_.push_back(notSampled);
     identities_.push_back(identity);
-    knownSample_.push_back(known ? known->sampleDigest : std::nullopt);
-    knownFull_.push_back(known ? known->fullDigest : std::nullopt);
+    knownSample_.emplace_back();
+    knownFull_.emplace_back();
     if (!compared(entries[position]))
         return;
     const std::int64_t size = entries[position].size;
     // A file is sampled as soon as a second file of its size turns up: by the end of the walk
     // every member of every size group of two or more has been queued.
-    auto [found, inserted] = firstOfSize_.emplace(size, position);
+    auto [found, inserted] = sizes_.try_emplace(size, SizeSeen{.first = position});
     if (inserted)
         return;
-    if (found->second != notSampled) {
-        sample(entries, found->second);
-        found->second = notSampled;
+    SizeSeen& seen = found->second;
+    if (seen.group == notSampled) {
+        seen.group = groups_.size();
+        groups_.push_back({seen.first});
+        sample(entries, seen.first);
     }
+    groups_[seen.group].push_back(position);
     sample(entries, position);
 }
 
 void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::string>& notes,
                                const Progress& progress, const ProgressAmount& amount) {
-    const std::vector<std::vector<std::size_t>> groups = sizeGroups(entries);
+    // Size groups in the order of their first members, so that notes arrive in a repeatable
+    // order; each lists its members in list order.
+    std::vector<std::vector<std::size_t>> groups = std::move(groups_);
+    std::sort(groups.begin(), groups.end(),
+              [](const auto& a, const auto& b) { return a.front() < b.front(); });
 
     // Known now that the walk is over: every member of a size group is sampled, and may need its
     // full digest.

@@ -8,6 +8,7 @@
 #include "platform/platform.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -38,17 +39,20 @@ struct FileIdentity {
 // the thread that calls finish().
 class DuplicateAnalysis {
 public:
+    // What an earlier job computed for entries[position] (nullptr: nothing). Asked once for
+    // each file that is compared at all, on the thread that calls add(), so that the many files
+    // of a size of their own cost no look-up.
+    using Lookup = std::function<const CachedResults*(std::size_t position)>;
+
     // `threads`: how many threads read and hash; 0 for digestThreads().
     // A stop requested through `stop` abandons the reading; finish() then returns at once, with
     // the marks incomplete (the caller discards them).
     explicit DuplicateAnalysis(platform::Platform& platform = platform::system(),
-                               unsigned threads = 0, StopRequest stop = {});
+                               unsigned threads = 0, StopRequest stop = {}, Lookup lookup = {});
 
     // Called for each entry of `entries` in turn (positions 0, 1, 2, …) as soon as the walk has
     // appended it, with what it names; earlier entries must still be in the list.
-    // `known`: the digests an earlier job computed for this very file, when the cache has them.
-    void add(const std::vector<Entry>& entries, std::size_t position, FileIdentity identity,
-             const CachedResults* known = nullptr);
+    void add(const std::vector<Entry>& entries, std::size_t position, FileIdentity identity);
     // Marks the duplicates in `entries` (the list that was fed in, complete), appends the notes.
     // `amount` hears the bytes read out of the bytes to read: every sample of a size group, and
     // the full digest of every member of a sample group (counted for all members of size groups
@@ -67,9 +71,16 @@ private:
 
     DigestQueue queue_;
     StopRequest stop_;
-    // Per size: its first entry while it is the only one, then notSampled once all of that size
-    // are being sampled.
-    std::unordered_map<std::int64_t, std::size_t> firstOfSize_;
+    Lookup lookup_;
+    // Per size: its first entry, and its group in groups_ once a second entry of that size has
+    // turned up (notSampled until then).
+    struct SizeSeen {
+        std::size_t first = 0;
+        std::size_t group = notSampled;
+    };
+    std::unordered_map<std::int64_t, SizeSeen> sizes_;
+    // The size groups of two or more compared entries, each in list order.
+    std::vector<std::vector<std::size_t>> groups_;
     // Per entry: its sample job (or notSampled), and its identity.
     std::vector<std::size_t> sampleJob_;
     std::vector<std::size_t> fullJob_;

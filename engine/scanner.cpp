@@ -10,6 +10,7 @@
 #include "engine/read_ahead.h"
 #include "engine/tables.h"
 
+#include <unordered_map>
 #include <unordered_set>
 
 namespace quorrin::Engine {
@@ -36,8 +37,12 @@ public:
                      !request.includeProjects, platform) {
         if (request.readUsageDates)
             usage_ = platform.readUsageDates();
-        if (request.compareDuplicates)
-            duplicates_.emplace(platform, 0, request.stop);
+        if (request.compareDuplicates) {
+            DuplicateAnalysis::Lookup lookup;
+            if (request.cache)
+                lookup = [this](std::size_t position) { return knownAt(position); };
+            duplicates_.emplace(platform, 0, request.stop, std::move(lookup));
+        }
     }
 
     ScanResult run() {
@@ -55,11 +60,23 @@ public:
     }
 
 private:
-    // Keeps what this scan computed in the cache, for each file whose results changed.
+    // What earlier jobs computed for entries[position], looked up the first time it is needed;
+    // empty when the cache has nothing or the file is a download in progress.
+    CachedResults* knownAt(std::size_t position) {
+        auto [found, inserted] = known_.try_emplace(position);
+        if (inserted && keys_[position] != CacheKey{}) {
+            if (auto kept = request_.cache->find(keys_[position]))
+                found->second = std::move(*kept);
+        }
+        return &found->second;
+    }
+
+    // Keeps what this scan computed in the cache, for each file whose results changed; only
+    // files looked up can have any.
     void rememberResults() {
-        for (std::size_t i = 0; i < cached_.size(); ++i) {
-            auto& [key, results] = cached_[i];
-            if (key.inode == 0 && key.device == 0)
+        for (auto& [i, results] : known_) {
+            const CacheKey& key = keys_[i];
+            if (key == CacheKey{})
                 continue;
             CachedResults now = results;
             if (duplicates_) {
@@ -184,19 +201,15 @@ private:
             if (auto used = usage_.find(entry.url); used != usage_.end())
                 entry.lastUsed = used->second;
         }
-        // What earlier jobs computed for this very file; downloads in progress are still changing.
-        std::optional<CachedResults> known;
-        if (request_.cache) {
-            CacheKey key = downloading ? CacheKey{} : cacheKeyOf(info);
-            if (!downloading)
-                known = request_.cache->find(key);
-            cached_.emplace_back(key, known.value_or(CachedResults{}));
-        }
+        // The identity earlier jobs' results are kept under; downloads in progress are still
+        // changing and have none.
+        if (request_.cache)
+            keys_.push_back(downloading ? CacheKey{} : cacheKeyOf(info));
         result_.files.push_back(std::move(entry));
         // Files of a size already seen are read and hashed while the walk goes on.
         if (duplicates_)
             duplicates_->add(result_.files, result_.files.size() - 1,
-                             FileIdentity{info.device, info.inode}, known ? &*known : nullptr);
+                             FileIdentity{info.device, info.inode});
         if (result_.files.size() % progressInterval == 0)
             say("Indexed " + std::to_string(result_.files.size()) + " files…");
     }
@@ -229,19 +242,19 @@ private:
     // The file's finding: from an earlier job when the same decoders judged this very file, else
     // computed now and kept in the cache.
     void inspect(Entry& entry, std::size_t position) {
-        CachedResults* known = request_.cache ? &cached_[position].second : nullptr;
+        CachedResults* known = request_.cache ? knownAt(position) : nullptr;
         if (known && known->healthChecked && known->decoderVersion == healthCheckVersion()) {
             entry.issue = known->healthFinding;
             return;
         }
         entry.issue =
             healthIssue(entry.url, lowercase(pathExtension(entry.url)), entry.size, platform_);
-        if (!known || cached_[position].first.inode == 0)
+        if (!known || keys_[position] == CacheKey{})
             return;
         known->healthChecked = true;
         known->healthFinding = entry.issue;
         known->decoderVersion = std::string(healthCheckVersion());
-        request_.cache->remember(cached_[position].first, *known);
+        request_.cache->remember(keys_[position], *known);
     }
 
     const ScanRequest& request_;
@@ -252,8 +265,10 @@ private:
     platform::UsageDates usage_;
     ScanResult result_;
     std::optional<DuplicateAnalysis> duplicates_;
-    // With a cache: per entry, its identity and the results kept for it (empty when none).
-    std::vector<std::pair<CacheKey, CachedResults>> cached_;
+    // With a cache: per entry, its identity (empty for a download in progress), and for the
+    // entries looked up so far, the results kept for them (empty when none).
+    std::vector<CacheKey> keys_;
+    std::unordered_map<std::size_t, CachedResults> known_;
     std::unordered_set<std::string> taken_;
     ReadAhead readAhead_;
 };

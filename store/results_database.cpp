@@ -4,7 +4,9 @@
 #include "engine/paths.h"
 #include "store/locations.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 
 #include <sqlite3.h>
 
@@ -40,27 +42,13 @@ std::string bytesOfHex(const std::string& hex) {
 std::string hexOfBytes(const void* data, int size) {
     static constexpr char digits[] = "0123456789abcdef";
     const auto* bytes = static_cast<const unsigned char*>(data);
-    std::string hex;
-    hex.reserve(static_cast<std::size_t>(size) * 2);
+    std::string hex(static_cast<std::size_t>(size) * 2, '\0');
+    char* out = hex.data();
     for (int i = 0; i < size; ++i) {
-        hex.push_back(digits[bytes[i] >> 4]);
-        hex.push_back(digits[bytes[i] & 0x0F]);
+        *out++ = digits[bytes[i] >> 4];
+        *out++ = digits[bytes[i] & 0x0F];
     }
     return hex;
-}
-
-std::optional<std::string> columnDigest(sqlite3_stmt* statement, int column) {
-    if (sqlite3_column_type(statement, column) == SQLITE_NULL)
-        return std::nullopt;
-    return hexOfBytes(sqlite3_column_blob(statement, column),
-                      sqlite3_column_bytes(statement, column));
-}
-
-std::optional<std::string> columnText(sqlite3_stmt* statement, int column) {
-    if (sqlite3_column_type(statement, column) == SQLITE_NULL)
-        return std::nullopt;
-    return std::string(reinterpret_cast<const char*>(sqlite3_column_text(statement, column)),
-                       static_cast<std::size_t>(sqlite3_column_bytes(statement, column)));
 }
 
 void bindDigest(sqlite3_stmt* statement, int index, const std::optional<std::string>& hex) {
@@ -98,14 +86,21 @@ bool isDamage(int code) {
 
 }  // namespace
 
-ResultsDatabase::ResultsDatabase(std::string path, platform::Platform& platform)
-    : path_(std::move(path)), platform_(platform) {
-    open();
+ResultsDatabase::ResultsDatabase(std::string path, platform::Platform& platform, Access access)
+    : path_(std::move(path)), platform_(platform), access_(access) {
+    now_ = std::chrono::duration_cast<std::chrono::seconds>(platform_.now().time_since_epoch())
+               .count();
+    // Read on a thread of its own, while the job's walk begins: the first use waits for it.
+    opener_ = std::thread([this] { open(); });
 }
 
 ResultsDatabase::~ResultsDatabase() {
     commit();
     close();
+}
+
+void ResultsDatabase::ready() const {
+    std::call_once(opened_, [this] { opener_.join(); });
 }
 
 void ResultsDatabase::close() {
@@ -118,12 +113,32 @@ void ResultsDatabase::fail(std::string reason) {
     if (!unavailable_)
         unavailable_ = std::move(reason);
     close();
+    rows_.clear();
     pending_.clear();
     seen_.clear();
 }
 
-// A damaged database is thrown away and made again, once.
+// Notes why the layout could not be checked, made or read, before a statement's finalisation
+// resets the connection's error.
+bool ResultsDatabase::failed() {
+    damaged_ = damaged_ || isDamage(sqlite3_extended_errcode(db_));
+    layoutError_ = sqlite3_errmsg(db_);
+    return false;
+}
+
+// A damaged database is thrown away and made again, once; a read-only job only reads what is
+// there, and a missing database is simply empty to it.
 bool ResultsDatabase::open() {
+    if (access_ == Access::readOnly) {
+        if (!platform_.stat(path_, false))
+            return false;
+        if (!openOnce()) {
+            close();
+            rows_.clear();
+            return false;
+        }
+        return true;
+    }
     for (int attempt = 0; attempt < 2; ++attempt) {
         if (platform::Status made = ensureFolder(std::string(Engine::parentOf(path_)), platform_);
             !made) {
@@ -135,17 +150,10 @@ bool ResultsDatabase::open() {
             fail(created.error().description);
             return false;
         }
-        int opened = sqlite3_open_v2(path_.c_str(), &db_, SQLITE_OPEN_READWRITE, nullptr);
-        if (opened != SQLITE_OK) {
-            std::string reason = db_ != nullptr ? sqlite3_errmsg(db_) : sqlite3_errstr(opened);
-            fail(reason);
-            return false;
-        }
-        sqlite3_busy_timeout(db_, busyWaitMilliseconds);
-        damaged_ = false;
-        if (prepareLayout())
+        if (openOnce())
             return true;
         close();
+        rows_.clear();
         if (!damaged_ || attempt > 0) {
             fail(layoutError_);
             return false;
@@ -156,35 +164,35 @@ bool ResultsDatabase::open() {
     return false;
 }
 
-bool ResultsDatabase::prepareLayout() {
-    // Notes why the layout could not be checked or made, before a statement's finalisation
-    // resets the connection's error.
-    auto failed = [&] {
-        damaged_ = damaged_ || isDamage(sqlite3_extended_errcode(db_));
-        layoutError_ = sqlite3_errmsg(db_);
+bool ResultsDatabase::openOnce() {
+    const int flags = access_ == Access::readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+    const int opened = sqlite3_open_v2(path_.c_str(), &db_, flags, nullptr);
+    if (opened != SQLITE_OK) {
+        layoutError_ = db_ != nullptr ? sqlite3_errmsg(db_) : sqlite3_errstr(opened);
+        damaged_ = isDamage(opened);
         return false;
-    };
+    }
+    sqlite3_busy_timeout(db_, busyWaitMilliseconds);
+    damaged_ = false;
+    return prepareLayout() && load();
+}
+
+bool ResultsDatabase::prepareLayout() {
     auto exec = [&](const char* sql) {
         return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
     };
-    if (!exec("PRAGMA journal_mode=WAL"))
+    if (access_ == Access::readWrite && !exec("PRAGMA journal_mode=WAL"))
         return failed();
-    {
-        Statement check(db_, "PRAGMA quick_check(1)");
-        if (!check || sqlite3_step(check.handle) != SQLITE_ROW)
-            return failed();
-        if (columnText(check.handle, 0) != "ok") {
-            damaged_ = true;
-            layoutError_ = "database disk image is malformed";
-            return false;
-        }
-    }
     {
         Statement version(db_, "PRAGMA user_version");
         if (!version || sqlite3_step(version.handle) != SQLITE_ROW)
             return failed();
         if (sqlite3_column_int(version.handle, 0) == layoutVersion)
             return true;
+    }
+    if (access_ == Access::readOnly) {
+        layoutError_ = "another layout";
+        return false;
     }
     const std::string setVersion = "PRAGMA user_version=" + std::to_string(layoutVersion);
     if (!(exec("BEGIN IMMEDIATE") && exec("DROP TABLE IF EXISTS results") && exec(createTable) &&
@@ -196,57 +204,94 @@ bool ResultsDatabase::prepareLayout() {
     return true;
 }
 
-std::optional<CachedResults> ResultsDatabase::find(const CacheKey& key) {
-    std::lock_guard lock(mutex_);
-    if (db_ == nullptr)
-        return std::nullopt;
+// The few distinct findings and decoder versions are kept once each.
+int ResultsDatabase::textIndex(sqlite3_stmt* row, int column) {
+    if (sqlite3_column_type(row, column) == SQLITE_NULL)
+        return -1;
+    const std::string_view text(reinterpret_cast<const char*>(sqlite3_column_text(row, column)),
+                                static_cast<std::size_t>(sqlite3_column_bytes(row, column)));
+    auto found = std::find(texts_.begin(), texts_.end(), text);
+    if (found != texts_.end())
+        return static_cast<int>(found - texts_.begin());
+    texts_.emplace_back(text);
+    return static_cast<int>(texts_.size() - 1);
+}
+
+// Reads every row once: reading the whole table also finds a damaged one.
+bool ResultsDatabase::load() {
     Statement select(db_,
-                     "SELECT size, modified, changed, sample, full, checked, finding, decoders,"
-                     " seen FROM results WHERE device = ?1 AND inode = ?2");
-    if (!select) {
-        fail(sqlite3_errmsg(db_));
-        return std::nullopt;
-    }
-    sqlite3_bind_int64(select.handle, 1, static_cast<sqlite3_int64>(key.device));
-    sqlite3_bind_int64(select.handle, 2, static_cast<sqlite3_int64>(key.inode));
-    const int step = sqlite3_step(select.handle);
-    if (step == SQLITE_DONE)
-        return std::nullopt;
-    if (step != SQLITE_ROW) {
-        fail(sqlite3_errmsg(db_));
-        return std::nullopt;
-    }
+                     "SELECT device, inode, size, modified, changed, sample, full, checked,"
+                     " finding, decoders, seen FROM results");
+    if (!select)
+        return failed();
+    const std::int64_t oldest =
+        now_ - std::chrono::duration_cast<std::chrono::seconds>(unseenRowLifetime).count();
     sqlite3_stmt* row = select.handle;
-    if (sqlite3_column_int64(row, 0) != key.size ||
-        sqlite3_column_int64(row, 1) != key.modifiedNs ||
-        sqlite3_column_int64(row, 2) != key.changedNs)
+    int step;
+    while ((step = sqlite3_step(row)) == SQLITE_ROW) {
+        Row kept{.size = sqlite3_column_int64(row, 2),
+                 .modified = sqlite3_column_int64(row, 3),
+                 .changed = sqlite3_column_int64(row, 4),
+                 .seen = sqlite3_column_int64(row, 10),
+                 .checked = sqlite3_column_int(row, 7) != 0,
+                 .finding = textIndex(row, 8),
+                 .decoders = textIndex(row, 9)};
+        const auto copyDigest = [&](int column, std::array<unsigned char, 32>& to) {
+            if (sqlite3_column_bytes(row, column) != static_cast<int>(to.size()))
+                return false;
+            std::memcpy(to.data(), sqlite3_column_blob(row, column), to.size());
+            return true;
+        };
+        kept.hasSample = copyDigest(5, kept.sample);
+        kept.hasFull = copyDigest(6, kept.full);
+        purgeDue_ = purgeDue_ || kept.seen < oldest;
+        rows_.emplace(std::pair(static_cast<std::uint64_t>(sqlite3_column_int64(row, 0)),
+                                static_cast<std::uint64_t>(sqlite3_column_int64(row, 1))),
+                      kept);
+    }
+    if (step != SQLITE_DONE)
+        return failed();
+    return true;
+}
+
+std::optional<CachedResults> ResultsDatabase::find(const CacheKey& key) {
+    ready();
+    std::lock_guard lock(mutex_);
+    auto found = rows_.find({key.device, key.inode});
+    if (found == rows_.end())
         return std::nullopt;
-    CachedResults results{.sampleDigest = columnDigest(row, 3),
-                          .fullDigest = columnDigest(row, 4),
-                          .healthChecked = sqlite3_column_int(row, 5) != 0,
-                          .healthFinding = columnText(row, 6),
-                          .decoderVersion = columnText(row, 7).value_or("")};
-    const std::int64_t now =
-        std::chrono::duration_cast<std::chrono::seconds>(platform_.now().time_since_epoch())
-            .count();
-    if (sqlite3_column_int64(row, 8) < now - seenRefreshSeconds)
+    const Row& row = found->second;
+    if (row.size != key.size || row.modified != key.modifiedNs || row.changed != key.changedNs)
+        return std::nullopt;
+    const auto text = [&](int index) {
+        return index < 0 ? std::nullopt : std::optional<std::string>(texts_[index]);
+    };
+    CachedResults results{
+        .sampleDigest =
+            row.hasSample ? std::optional(hexOfBytes(row.sample.data(), 32)) : std::nullopt,
+        .fullDigest = row.hasFull ? std::optional(hexOfBytes(row.full.data(), 32)) : std::nullopt,
+        .healthChecked = row.checked,
+        .healthFinding = text(row.finding),
+        .decoderVersion = text(row.decoders).value_or("")};
+    if (row.seen < now_ - seenRefreshSeconds)
         seen_.emplace_back(key.device, key.inode);
     return results;
 }
 
 void ResultsDatabase::remember(const CacheKey& key, const CachedResults& results) {
+    ready();
     std::lock_guard lock(mutex_);
-    if (db_ != nullptr)
+    if (db_ != nullptr && access_ == Access::readWrite)
         pending_.emplace_back(key, results);
 }
 
 void ResultsDatabase::commit() {
+    ready();
     std::lock_guard lock(mutex_);
-    if (db_ == nullptr)
+    if (db_ == nullptr || access_ == Access::readOnly)
         return;
-    const std::int64_t now =
-        std::chrono::duration_cast<std::chrono::seconds>(platform_.now().time_since_epoch())
-            .count();
+    if (pending_.empty() && seen_.empty() && !purgeDue_)
+        return;
     auto exec = [&](const char* sql) {
         return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
     };
@@ -273,40 +318,47 @@ void ResultsDatabase::commit() {
             sqlite3_bind_int(s, 8, results.healthChecked ? 1 : 0);
             bindText(s, 9, results.healthFinding);
             bindText(s, 10, results.decoderVersion);
-            sqlite3_bind_int64(s, 11, now);
+            sqlite3_bind_int64(s, 11, now_);
             if (sqlite3_step(s) != SQLITE_DONE)
                 return false;
         }
         for (const auto& [device, inode] : seen_) {
             sqlite3_stmt* s = touch.handle;
             sqlite3_reset(s);
-            sqlite3_bind_int64(s, 1, now);
+            sqlite3_bind_int64(s, 1, now_);
             sqlite3_bind_int64(s, 2, static_cast<sqlite3_int64>(device));
             sqlite3_bind_int64(s, 3, static_cast<sqlite3_int64>(inode));
             if (sqlite3_step(s) != SQLITE_DONE)
                 return false;
         }
-        sqlite3_bind_int64(
-            purge.handle, 1,
-            now - std::chrono::duration_cast<std::chrono::seconds>(unseenRowLifetime).count());
-        if (sqlite3_step(purge.handle) != SQLITE_DONE)
-            return false;
+        if (purgeDue_) {
+            sqlite3_bind_int64(
+                purge.handle, 1,
+                now_ - std::chrono::duration_cast<std::chrono::seconds>(unseenRowLifetime).count());
+            if (sqlite3_step(purge.handle) != SQLITE_DONE)
+                return false;
+        }
         return exec("COMMIT");
     };
-    if (pending_.empty() && seen_.empty() && purged_)
-        return;
     if (!written()) {
+        const bool damaged = isDamage(sqlite3_extended_errcode(db_));
         std::string reason = sqlite3_errmsg(db_);
         sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
         fail(reason);
+        // Damage found only now is not found again at the next opening: the next job starts
+        // from an empty database instead.
+        if (damaged)
+            for (const char* suffix : {"", "-wal", "-shm"})
+                (void)platform_.removeFile(path_ + suffix);
         return;
     }
     pending_.clear();
     seen_.clear();
-    purged_ = true;
+    purgeDue_ = false;
 }
 
 std::optional<std::string> ResultsDatabase::unavailable() const {
+    ready();
     std::lock_guard lock(mutex_);
     return unavailable_;
 }

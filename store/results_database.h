@@ -4,16 +4,19 @@
 #include "engine/results_cache.h"
 #include "platform/platform.h"
 
+#include <array>
 #include <chrono>
-#include <map>
-#include <memory>
+#include <cstdint>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <thread>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 namespace quorrin::store {
 
@@ -21,12 +24,18 @@ namespace quorrin::store {
 inline constexpr std::chrono::hours unseenRowLifetime{24 * 90};
 
 // One connection for one job. The folder is made 0700 and the file 0600; WAL mode lets another
-// Quorrin read while this one writes. A database of another layout, or one that is corrupt, is
-// rebuilt empty; one that cannot be opened, is locked past a short wait, or cannot be written is
+// Quorrin read while this one writes. The rows are read once, when the job opens the database, so
+// that a look-up costs no query. A database of another layout, or one that is corrupt, is rebuilt
+// empty; one that cannot be opened, is locked past a short wait, or cannot be written is
 // bypassed: it finds nothing and unavailable() gives the reason.
 class ResultsDatabase : public Engine::ResultsCache {
 public:
-    explicit ResultsDatabase(std::string path, platform::Platform& platform = platform::system());
+    // A read-only job (a preview) finds what earlier jobs kept and writes nothing: it neither
+    // makes, rebuilds nor changes the database.
+    enum class Access { readWrite, readOnly };
+
+    explicit ResultsDatabase(std::string path, platform::Platform& platform = platform::system(),
+                             Access access = Access::readWrite);
     ~ResultsDatabase() override;
     ResultsDatabase(const ResultsDatabase&) = delete;
     ResultsDatabase& operator=(const ResultsDatabase&) = delete;
@@ -41,19 +50,45 @@ public:
                                   platform::Platform& platform = platform::system());
 
 private:
+    // A kept row as held in memory: digests as their bytes, texts by their place in texts_.
+    struct Row {
+        std::int64_t size = 0, modified = 0, changed = 0, seen = 0;
+        std::array<unsigned char, 32> sample{}, full{};
+        bool hasSample = false, hasFull = false, checked = false;
+        int finding = -1;  // -1: none
+        int decoders = -1;
+    };
+    struct IdentityHash {
+        std::size_t operator()(const std::pair<std::uint64_t, std::uint64_t>& id) const {
+            return std::hash<std::uint64_t>()(id.first * 0x9E3779B97F4A7C15ULL ^ id.second);
+        }
+    };
+
+    // Waits until the database has been opened and read.
+    void ready() const;
     bool open();
+    bool openOnce();
     bool prepareLayout();
+    bool load();
+    int textIndex(sqlite3_stmt* row, int column);
+    bool failed();
     void fail(std::string reason);
     void close();
 
     std::string path_;
     platform::Platform& platform_;
+    const Access access_;
     mutable std::mutex mutex_;
+    mutable std::thread opener_;
+    mutable std::once_flag opened_;
     sqlite3* db_ = nullptr;
     std::optional<std::string> unavailable_;
-    bool damaged_ = false;     // the last layout check found the file damaged
+    bool damaged_ = false;     // the last layout check or load found the file damaged
     std::string layoutError_;  // and why it failed
-    bool purged_ = false;      // rows unseen for too long have been dropped in this job
+    bool purgeDue_ = false;    // some row has not been seen for too long
+    std::int64_t now_ = 0;     // the job's time, in seconds
+    std::unordered_map<std::pair<std::uint64_t, std::uint64_t>, Row, IdentityHash> rows_;
+    std::vector<std::string> texts_;  // the findings and decoder versions of the rows
     // Written at commit(): rows to replace, and rows found again whose last-seen day is old.
     std::vector<std::pair<Engine::CacheKey, Engine::CachedResults>> pending_;
     std::vector<std::pair<std::uint64_t, std::uint64_t>> seen_;

@@ -3,9 +3,13 @@
 
 #include "engine/paths.h"
 #include "store/history_file.h"
+#include "store/latest_report.h"
 #include "store/locations.h"
 
 #include <algorithm>
+#include <memory>
+#include <mutex>
+#include <utility>
 
 namespace quorrin::store {
 
@@ -118,11 +122,15 @@ void Store::postTo(const std::weak_ptr<Store*>& store, Executor& executor,
 std::function<void(const std::string&)> Store::progressPoster() {
     std::weak_ptr<Store*> weak = self_;
     Executor* executor = &executor_;
-    return [weak, executor](const std::string& text) {
-        executor->postToMain([weak, text] {
+    auto latest = std::make_shared<LatestReport<std::string>>();
+    return [weak, executor, latest](const std::string& text) {
+        if (!latest->keep(text))
+            return;
+        executor->postToMain([weak, latest] {
+            std::string shown = latest->take();
             auto alive = weak.lock();
             if (alive && *alive && (*alive)->busy_)
-                (*alive)->setStatus(text);
+                (*alive)->setStatus(std::move(shown));
         });
     };
 }
@@ -130,11 +138,15 @@ std::function<void(const std::string&)> Store::progressPoster() {
 Engine::ProgressAmount Store::amountPoster() {
     std::weak_ptr<Store*> weak = self_;
     Executor* executor = &executor_;
-    return [weak, executor](std::int64_t done, std::int64_t total) {
-        executor->postToMain([weak, done, total] {
+    auto latest = std::make_shared<LatestReport<std::pair<std::int64_t, std::int64_t>>>();
+    return [weak, executor, latest](std::int64_t done, std::int64_t total) {
+        if (!latest->keep({done, total}))
+            return;
+        executor->postToMain([weak, latest] {
+            const auto [shownDone, shownTotal] = latest->take();
             auto alive = weak.lock();
             if (alive && *alive && (*alive)->busy_)
-                (*alive)->setProgress({done, total});
+                (*alive)->setProgress({shownDone, shownTotal});
         });
     };
 }

@@ -98,7 +98,14 @@ TEST_F(StoreComparisonProgress, CheckHealthMeasuresFilesCheckedOutOfFilesToCheck
     for (const Seen& s : recorder.seen)
         if (s.property == Property::progress && s.progress.total > 0)
             measured.push_back(s.progress);
-    EXPECT_EQ(measured, (std::vector<ProgressAmount>{{1, 2}, {2, 2}}));
+    // Reports faster than the UI thread takes them are folded into the latest: the measure only
+    // grows, always out of the two files to check, and reaches both.
+    ASSERT_FALSE(measured.empty());
+    for (std::size_t i = 0; i < measured.size(); ++i) {
+        EXPECT_EQ(measured[i].total, 2);
+        EXPECT_TRUE(i == 0 || measured[i - 1].done < measured[i].done);
+    }
+    EXPECT_EQ(measured.back(), (ProgressAmount{2, 2}));
     EXPECT_EQ(store.progress(), ProgressAmount{});
 }
 
