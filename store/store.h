@@ -15,6 +15,7 @@
 #include "store/arrangement.h"
 #include "store/executor.h"
 #include "store/history_lock.h"
+#include "store/results_database.h"
 #include "store/settings.h"
 #include "store/store_observer.h"
 
@@ -178,10 +179,11 @@ private:
                        std::function<void(Store&)> work);
 
     // Runs the scan on a background thread and `publish` with its result on the main thread.
-    // `cacheable`: whether the scan may use the results cache (the preview of Start writes
-    // nothing, not even there).
+    // `cacheAccess`: how the scan uses the results cache. The preview of Start reads what earlier
+    // jobs kept but writes nothing, not even there.
     void runScan(Engine::ScanRequest request,
-                 std::function<void(Store&, Engine::ScanResult)> publish, bool cacheable = true);
+                 std::function<void(Store&, Engine::ScanResult)> publish,
+                 ResultsDatabase::Access cacheAccess = ResultsDatabase::Access::readWrite);
     void publishScan(std::vector<Entry> files, std::vector<std::string> notes, ScanChoice choice,
                      bool inspect, bool compareDuplicates, bool readUsageDates);
     void startArrangement(std::vector<std::string> notes, std::optional<StartPlan> plan = {});

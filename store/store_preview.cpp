@@ -32,7 +32,7 @@ void Store::previewStart() {
                 store.log(note);
             store.startPlanning(std::move(result.notes));
         },
-        false);
+        ResultsDatabase::Access::readOnly);
 }
 
 void Store::startPlanning(std::vector<std::string> notes) {

@@ -47,18 +47,19 @@ void Store::finishStopped() {
 }
 
 void Store::runScan(Engine::ScanRequest request,
-                    std::function<void(Store&, Engine::ScanResult)> publish, bool cacheable) {
+                    std::function<void(Store&, Engine::ScanResult)> publish,
+                    ResultsDatabase::Access cacheAccess) {
     std::weak_ptr<Store*> weak = self_;
     Executor& executor = executor_;
     platform::Platform& platform = platform_;
     // Only digests and findings are kept: a scan that computes neither has no use for the cache.
-    const bool cached =
-        cacheable && useResultsCache_ && (request.inspect || request.compareDuplicates);
-    executor_.runInBackground([weak, &executor, &platform, cached, request = std::move(request),
+    const bool cached = useResultsCache_ && (request.inspect || request.compareDuplicates);
+    executor_.runInBackground([weak, &executor, &platform, cached, cacheAccess,
+                               request = std::move(request),
                                publish = std::move(publish)]() mutable {
         std::optional<ResultsDatabase> cache;
         if (cached) {
-            cache.emplace(resultsCachePath(platform), platform);
+            cache.emplace(resultsCachePath(platform), platform, cacheAccess);
             request.cache = &*cache;
         }
         Engine::ScanResult result = Engine::scan(request, platform);
