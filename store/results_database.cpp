@@ -229,7 +229,9 @@ bool ResultsDatabase::load() {
     sqlite3_stmt* row = select.handle;
     int step;
     while ((step = sqlite3_step(row)) == SQLITE_ROW) {
-        Row kept{.size = sqlite3_column_int64(row, 2),
+        Row kept{.device = static_cast<std::uint64_t>(sqlite3_column_int64(row, 0)),
+                 .inode = static_cast<std::uint64_t>(sqlite3_column_int64(row, 1)),
+                 .size = sqlite3_column_int64(row, 2),
                  .modified = sqlite3_column_int64(row, 3),
                  .changed = sqlite3_column_int64(row, 4),
                  .seen = sqlite3_column_int64(row, 10),
@@ -245,22 +247,24 @@ bool ResultsDatabase::load() {
         kept.hasSample = copyDigest(5, kept.sample);
         kept.hasFull = copyDigest(6, kept.full);
         purgeDue_ = purgeDue_ || kept.seen < oldest;
-        rows_.emplace(std::pair(static_cast<std::uint64_t>(sqlite3_column_int64(row, 0)),
-                                static_cast<std::uint64_t>(sqlite3_column_int64(row, 1))),
-                      kept);
+        rows_.push_back(kept);
     }
     if (step != SQLITE_DONE)
         return failed();
+    // SQLite orders its integers as signed: identities past 2^63 would come out of order.
+    if (!std::is_sorted(rows_.begin(), rows_.end(), identityBefore))
+        std::sort(rows_.begin(), rows_.end(), identityBefore);
     return true;
 }
 
 std::optional<CachedResults> ResultsDatabase::find(const CacheKey& key) {
     ready();
     std::lock_guard lock(mutex_);
-    auto found = rows_.find({key.device, key.inode});
-    if (found == rows_.end())
+    const Row wanted{.device = key.device, .inode = key.inode};
+    auto found = std::lower_bound(rows_.begin(), rows_.end(), wanted, identityBefore);
+    if (found == rows_.end() || found->device != key.device || found->inode != key.inode)
         return std::nullopt;
-    const Row& row = found->second;
+    const Row& row = *found;
     if (row.size != key.size || row.modified != key.modifiedNs || row.changed != key.changedNs)
         return std::nullopt;
     const auto text = [&](int index) {
@@ -317,7 +321,9 @@ void ResultsDatabase::commit() {
             bindDigest(s, 7, results.fullDigest);
             sqlite3_bind_int(s, 8, results.healthChecked ? 1 : 0);
             bindText(s, 9, results.healthFinding);
-            bindText(s, 10, results.decoderVersion);
+            // Only a health check has decoders to name; NULL costs nothing to read back.
+            bindText(s, 10,
+                     results.healthChecked ? std::optional(results.decoderVersion) : std::nullopt);
             sqlite3_bind_int64(s, 11, now_);
             if (sqlite3_step(s) != SQLITE_DONE)
                 return false;

@@ -11,7 +11,6 @@
 #include <optional>
 #include <string>
 #include <thread>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -52,17 +51,16 @@ public:
 private:
     // A kept row as held in memory: digests as their bytes, texts by their place in texts_.
     struct Row {
+        std::uint64_t device = 0, inode = 0;
         std::int64_t size = 0, modified = 0, changed = 0, seen = 0;
         std::array<unsigned char, 32> sample{}, full{};
         bool hasSample = false, hasFull = false, checked = false;
         int finding = -1;  // -1: none
         int decoders = -1;
     };
-    struct IdentityHash {
-        std::size_t operator()(const std::pair<std::uint64_t, std::uint64_t>& id) const {
-            return std::hash<std::uint64_t>()(id.first * 0x9E3779B97F4A7C15ULL ^ id.second);
-        }
-    };
+    static bool identityBefore(const Row& a, const Row& b) {
+        return a.device != b.device ? a.device < b.device : a.inode < b.inode;
+    }
 
     // Waits until the database has been opened and read.
     void ready() const;
@@ -87,7 +85,9 @@ private:
     std::string layoutError_;  // and why it failed
     bool purgeDue_ = false;    // some row has not been seen for too long
     std::int64_t now_ = 0;     // the job's time, in seconds
-    std::unordered_map<std::pair<std::uint64_t, std::uint64_t>, Row, IdentityHash> rows_;
+    // Sorted by device and inode (the table's own order), found by binary search: no hashing
+    // and no allocation per row.
+    std::vector<Row> rows_;
     std::vector<std::string> texts_;  // the findings and decoder versions of the rows
     // Written at commit(): rows to replace, and rows found again whose last-seen day is old.
     std::vector<std::pair<Engine::CacheKey, Engine::CachedResults>> pending_;
