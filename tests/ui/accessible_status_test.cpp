@@ -32,11 +32,13 @@ TEST(AccessibleStatus, EveryStatusOfAScanIsAnnounced) {
     ui.runPageAction();
     const QStringList names = events.namesOf(bar);
     // Every status the Store showed reached the reader, in order: the log line, the progress
-    // texts, the result.
+    // texts (reports made while the window was busy are folded into the newest), the result.
     EXPECT_EQ(names, statuses);
     ASSERT_GE(names.size(), 3);
     EXPECT_EQ(names.first(), "Weekly Downloads review completed");
-    EXPECT_TRUE(names.contains("Reading Documents…")) << names.join(" | ").toStdString();
+    EXPECT_TRUE(names.contains("Reading Documents…") || names.contains("Reading Downloads…") ||
+                names.contains("Reading Desktop…"))
+        << names.join(" | ").toStdString();
     EXPECT_EQ(names.last(), "Usage check complete • 1 files • 0 notes");
 }
 
