@@ -23,17 +23,22 @@ DigestQueue::~DigestQueue() {
 
 std::size_t DigestQueue::add(DigestJob job) {
     std::size_t position;
+    std::size_t unclaimed;
+    const bool full = job.full;
     {
         std::lock_guard lock(mutex_);
         position = jobs_.size();
         jobs_.push_back(std::move(job));
         results_.emplace_back();
+        unclaimed = jobs_.size() - nextClaim_;
     }
     // One more worker for each job while fewer than `threads_` run, so that a handful of jobs
-    // never starts more threads than it can use.
+    // never starts more threads than it can use. An idle worker is woken for a full digest, or
+    // once a batch of samples waits: waking it for every small file cost more than the file.
+    // Whatever is left is taken when its result is waited for.
     if (workers_.size() < threads_)
         workers_.emplace_back([this] { work(); });
-    else
+    else if (full || unclaimed >= wakeBatch)
         queued_.notify_one();
     return position;
 }
@@ -47,43 +52,63 @@ std::size_t DigestQueue::addKnown(std::string digest) {
 }
 
 void DigestQueue::work() {
+    std::vector<std::size_t> claimed;
+    std::vector<platform::Result<std::string>> computed;
     std::unique_lock lock(mutex_);
     for (;;) {
         queued_.wait(lock, [&] { return stopping_ || nextClaim_ < jobs_.size(); });
         if (stopping_)
             return;
-        const std::size_t position = nextClaim_++;
-        if (results_[position].has_value())
-            continue;                            // known already
-        const DigestJob& job = jobs_[position];  // never moved nor changed once queued
+        // A run of samples is claimed and handed back at once: taking the lock for every small
+        // file made the threads queue for it. A full digest is a run of its own.
+        claimed.clear();
+        while (nextClaim_ < jobs_.size() && claimed.size() < claimBatch) {
+            const std::size_t position = nextClaim_++;
+            if (results_[position].has_value())
+                continue;  // known already
+            claimed.push_back(position);
+            if (jobs_[position].full)
+                break;
+        }
+        if (claimed.empty())
+            continue;
         lock.unlock();
-        // Counted as read, up to what the job was reckoned to read, so that the sum stays exact
-        // whatever the file holds now.
-        const std::int64_t planned = jobReadBytes(job.size, job.full);
-        std::int64_t counted = 0;
-        const auto count = [&](std::size_t bytes) {
-            const std::int64_t added =
-                std::min<std::int64_t>(std::int64_t(bytes), planned - counted);
-            if (added <= 0)
-                return;
-            counted += added;
-            bytesDone_.fetch_add(added, std::memory_order_relaxed);
-            done_.notify_all();  // a waiter may report how far the reading is
-        };
-        platform::Result<std::string> result =
-            stop_.requested() ? platform::Error::fromErrno(ECANCELED)
-            : job.full        ? digest(job.path, platform_, count, stop_)
-                              : sampleDigest(job.path, job.size, platform_);
-        bytesDone_.fetch_add(planned - counted, std::memory_order_relaxed);
+        computed.clear();
+        for (std::size_t position : claimed)
+            computed.push_back(compute(jobs_[position]));  // never moved nor changed once queued
         lock.lock();
-        results_[position].emplace(std::move(result));
+        for (std::size_t i = 0; i < claimed.size(); ++i)
+            results_[claimed[i]].emplace(std::move(computed[i]));
         done_.notify_all();
     }
+}
+
+platform::Result<std::string> DigestQueue::compute(const DigestJob& job) {
+    // Counted as read, up to what the job was reckoned to read, so that the sum stays exact
+    // whatever the file holds now.
+    const std::int64_t planned = jobReadBytes(job.size, job.full);
+    std::int64_t counted = 0;
+    const auto count = [&](std::size_t bytes) {
+        const std::int64_t added = std::min<std::int64_t>(std::int64_t(bytes), planned - counted);
+        if (added <= 0)
+            return;
+        counted += added;
+        bytesDone_.fetch_add(added, std::memory_order_relaxed);
+        done_.notify_all();  // a waiter may report how far the reading is
+    };
+    platform::Result<std::string> result = stop_.requested() ? platform::Error::fromErrno(ECANCELED)
+                                           : job.full ? digest(job.path, platform_, count, stop_)
+                                                      : sampleDigest(job.path, job.size, platform_);
+    bytesDone_.fetch_add(planned - counted, std::memory_order_relaxed);
+    return result;
 }
 
 const platform::Result<std::string>& DigestQueue::wait(std::size_t position,
                                                        const std::function<void()>& meanwhile) {
     std::unique_lock lock(mutex_);
+    // Jobs queued since the last wake-up are started now, before this one is waited for.
+    if (!results_[position].has_value() && nextClaim_ < jobs_.size())
+        queued_.notify_all();
     while (!results_[position].has_value()) {
         if (meanwhile) {
             lock.unlock();

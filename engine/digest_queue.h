@@ -52,7 +52,11 @@ public:
     std::int64_t bytesDone() const { return bytesDone_.load(std::memory_order_relaxed); }
 
 private:
+    // How many queued samples wake an idle worker, and how many a worker takes at once.
+    static constexpr std::size_t wakeBatch = 16;
+    static constexpr std::size_t claimBatch = 8;
     void work();
+    platform::Result<std::string> compute(const DigestJob& job);
 
     const unsigned threads_;
     platform::Platform& platform_;

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <map>
+#include <string_view>
+#include <unordered_map>
 
 namespace quorrin::Engine {
 namespace {
@@ -37,34 +39,26 @@ DuplicateAnalysis::DuplicateAnalysis(platform::Platform& platform, unsigned thre
       lookup_(std::move(lookup)) {}
 
 void DuplicateAnalysis::sample(const std::vector<Entry>& entries, std::size_t position) {
-    if (lookup_) {
-        if (const CachedResults* known = lookup_(position)) {
-            knownSample_[position] = known->sampleDigest;
-            knownFull_[position] = known->fullDigest;
-        }
-    }
-    sampleJob_[position] =
-        knownSample_[position]
-            ? queue_.addKnown(*knownSample_[position])
+    Member& member = members_[position];
+    if (lookup_)
+        member.known = lookup_(position);
+    member.sampleJob =
+        member.knownSample()
+            ? queue_.addKnown(*member.knownSample())
             : queue_.add({.path = entries[position].url, .size = entries[position].size});
 }
 
 void DuplicateAnalysis::add(const std::vector<Entry>& entries, std::size_t position,
                             FileIdentity identity) {
-    sampleJob_.push_back(notSampled);
-    fullJob_.push_back(notSampled);
-    identities_.push_back(identity);
-    knownSample_.emplace_back();
-    knownFull_.emplace_back();
+    members_.push_back({.identity = identity});
     if (!compared(entries[position]))
         return;
     const std::int64_t size = entries[position].size;
     // A file is sampled as soon as a second file of its size turns up: by the end of the walk
     // every member of every size group of two or more has been queued.
-    auto [found, inserted] = sizes_.try_emplace(size, SizeSeen{.first = position});
+    auto [seen, inserted] = sizes_.tryEmplace(size, [&] { return SizeSeen{.first = position}; });
     if (inserted)
         return;
-    SizeSeen& seen = found->second;
     if (seen.group == notSampled) {
         seen.group = groups_.size();
         groups_.push_back({seen.first});
@@ -87,10 +81,10 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
     // What is read of each file: nothing that the cache already holds, and no full digest of a
     // small file, whose sample is read whole.
     const auto sampleBytes = [&](std::size_t member) {
-        return knownSample_[member] ? 0 : jobReadBytes(entries[member].size, false);
+        return members_[member].knownSample() ? 0 : jobReadBytes(entries[member].size, false);
     };
     const auto fullBytes = [&](std::size_t member) {
-        return entries[member].size <= wholeSampleLimit || knownFull_[member]
+        return entries[member].size <= wholeSampleLimit || members_[member].knownFull()
                    ? 0
                    : jobReadBytes(entries[member].size, true);
     };
@@ -116,12 +110,13 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
     // the full digests of each sample group are queued as soon as it is known.
     std::vector<SizeGroupPlan> plans(groups.size());
     for (std::size_t g = 0; g < groups.size(); ++g) {
-        // An ordered map keeps the visiting order of sample groups deterministic.
-        std::map<std::string, std::vector<std::size_t>> bySample;
+        // An ordered map keeps the visiting order of sample groups deterministic. Its keys are
+        // the queue's own digests, which stay in place.
+        std::map<std::string_view, std::vector<std::size_t>> bySample;
         if (stop_.requested())
             return;
         for (std::size_t member : groups[g]) {
-            const auto& sampled = queue_.wait(sampleJob_[member], report);
+            const auto& sampled = queue_.wait(members_[member].sampleJob, report);
             report();
             if (!sampled)
                 plans[g].notes.push_back("Could not sample " + nameOf(entries[member]));
@@ -143,14 +138,15 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
             auto& planned = plans[g].sampleGroups.emplace_back();
             // A small file's sample digest already is its full digest: it is not read again.
             for (std::size_t member : members) {
+                Member& m = members_[member];
                 if (entries[member].size <= wholeSampleLimit)
-                    fullJob_[member] = sampleJob_[member];
-                else if (knownFull_[member])
-                    fullJob_[member] = queue_.addKnown(*knownFull_[member]);
+                    m.fullJob = m.sampleJob;
+                else if (m.knownFull())
+                    m.fullJob = queue_.addKnown(*m.knownFull());
                 else
-                    fullJob_[member] = queue_.add(
+                    m.fullJob = queue_.add(
                         {.path = entries[member].url, .size = entries[member].size, .full = true});
-                planned.emplace_back(member, fullJob_[member]);
+                planned.emplace_back(member, m.fullJob);
             }
         }
         total -= readNoFurther;
@@ -163,7 +159,7 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
     for (const SizeGroupPlan& plan : plans) {
         notes.insert(notes.end(), plan.notes.begin(), plan.notes.end());
         for (const auto& group : plan.sampleGroups) {
-            std::unordered_map<std::string, std::size_t> firstWithDigest;
+            std::unordered_map<std::string_view, std::size_t> firstWithDigest;
             for (const auto& [member, job] : group) {
                 if (stop_.requested())
                     return;
@@ -180,7 +176,7 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
                 if (inserted)
                     continue;
                 // The same file reached under a second path is not a copy of itself.
-                if (identities_[found->second] == identities_[member])
+                if (members_[found->second].identity == members_[member].identity)
                     continue;
                 entry.duplicateOf = entries[found->second].url;
             }
@@ -188,27 +184,22 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
     }
 }
 
-namespace {
-
-std::optional<std::string> digestAt(DigestQueue& queue, std::size_t job, std::size_t none) {
-    if (job == none)
-        return std::nullopt;
-    const auto& result = queue.wait(job);
-    return result ? std::optional<std::string>(*result) : std::nullopt;
+const std::string* DuplicateAnalysis::sampleDigestRead(std::size_t position) {
+    const Member& member = members_[position];
+    if (member.sampleJob == notSampled || member.knownSample())
+        return nullptr;
+    const auto& sampled = queue_.wait(member.sampleJob);
+    return sampled ? &*sampled : nullptr;
 }
 
-}  // namespace
-
-std::optional<std::string> DuplicateAnalysis::sampleDigestOf(std::size_t position) {
-    if (auto sampled = digestAt(queue_, sampleJob_[position], notSampled))
-        return sampled;
-    return knownSample_[position];
-}
-
-std::optional<std::string> DuplicateAnalysis::fullDigestOf(std::size_t position) {
-    if (auto full = digestAt(queue_, fullJob_[position], notSampled))
-        return full;
-    return knownFull_[position];
+const std::string* DuplicateAnalysis::fullDigestRead(std::size_t position) {
+    const Member& member = members_[position];
+    // A small file's full digest is its sample's job: read when the sample was.
+    if (member.fullJob == notSampled ||
+        (member.fullJob == member.sampleJob ? member.knownSample() : member.knownFull()))
+        return nullptr;
+    const auto& full = queue_.wait(member.fullJob);
+    return full ? &*full : nullptr;
 }
 
 void markDuplicates(std::vector<Entry>& entries, const std::vector<FileIdentity>& identities,

@@ -5,13 +5,13 @@
 #include "engine/entry.h"
 #include "engine/progress.h"
 #include "engine/results_cache.h"
+#include "engine/size_table.h"
 #include "platform/platform.h"
 
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace quorrin::Engine {
@@ -59,10 +59,11 @@ public:
     // at first, then taken off for those whose sample turns out unique).
     void finish(std::vector<Entry>& entries, std::vector<std::string>& notes,
                 const Progress& progress, const ProgressAmount& amount = {});
-    // After finish(): the sample and full digests of entries[position] that this analysis has,
-    // whether read now or known from the cache; absent when never needed or not readable.
-    std::optional<std::string> sampleDigestOf(std::size_t position);
-    std::optional<std::string> fullDigestOf(std::size_t position);
+    // After finish(): the sample and full digests of entries[position] that this analysis read
+    // itself, for the cache to keep; nullptr when it read none (never needed, known from the
+    // cache already, or not readable).
+    const std::string* sampleDigestRead(std::size_t position);
+    const std::string* fullDigestRead(std::size_t position);
 
 private:
     static constexpr std::size_t notSampled = static_cast<std::size_t>(-1);
@@ -78,16 +79,25 @@ private:
         std::size_t first = 0;
         std::size_t group = notSampled;
     };
-    std::unordered_map<std::int64_t, SizeSeen> sizes_;
+    SizeTable<SizeSeen> sizes_;
     // The size groups of two or more compared entries, each in list order.
     std::vector<std::vector<std::size_t>> groups_;
-    // Per entry: its sample job (or notSampled), and its identity.
-    std::vector<std::size_t> sampleJob_;
-    std::vector<std::size_t> fullJob_;
-    std::vector<FileIdentity> identities_;
-    // Per entry: its digests known from the cache, if any.
-    std::vector<std::optional<std::string>> knownSample_;
-    std::vector<std::optional<std::string>> knownFull_;
+    // Per entry: its sample and full-digest jobs (or notSampled), its identity, and what the
+    // cache knows of it (nullptr: nothing, or never asked).
+    struct Member {
+        std::size_t sampleJob = notSampled;
+        std::size_t fullJob = notSampled;
+        FileIdentity identity;
+        const CachedResults* known = nullptr;
+        const std::optional<std::string>& knownSample() const {
+            return known != nullptr ? known->sampleDigest : none;
+        }
+        const std::optional<std::string>& knownFull() const {
+            return known != nullptr ? known->fullDigest : none;
+        }
+        static inline const std::optional<std::string> none;
+    };
+    std::vector<Member> members_;
 };
 
 // The whole analysis over a finished list. `identities` is parallel to `entries`, or empty when

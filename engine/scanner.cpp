@@ -10,7 +10,7 @@
 #include "engine/read_ahead.h"
 #include "engine/tables.h"
 
-#include <unordered_map>
+#include <deque>
 #include <unordered_set>
 
 namespace quorrin::Engine {
@@ -29,6 +29,21 @@ struct Frame {
 };
 
 class Walk {
+    // An entry's identity (empty for a download in progress) and, once looked up, its place in
+    // known_.
+    struct CacheSlot {
+        static constexpr std::size_t none = static_cast<std::size_t>(-1);
+        CacheKey key;
+        std::size_t known = none;
+    };
+    // An entry looked up in the cache, with the results kept for it (empty when none);
+    // `changed` once this scan has computed something the cache should keep.
+    struct Known {
+        std::size_t position = 0;
+        CachedResults results;
+        bool changed = false;
+    };
+
 public:
     Walk(const ScanRequest& request, platform::Platform& platform)
         : request_(request),
@@ -40,7 +55,7 @@ public:
         if (request.compareDuplicates) {
             DuplicateAnalysis::Lookup lookup;
             if (request.cache)
-                lookup = [this](std::size_t position) { return knownAt(position); };
+                lookup = [this](std::size_t position) { return &knownAt(position).results; };
             duplicates_.emplace(platform, 0, request.stop, std::move(lookup));
         }
     }
@@ -62,31 +77,38 @@ public:
 private:
     // What earlier jobs computed for entries[position], looked up the first time it is needed;
     // empty when the cache has nothing or the file is a download in progress.
-    CachedResults* knownAt(std::size_t position) {
-        auto [found, inserted] = known_.try_emplace(position);
-        if (inserted && keys_[position] != CacheKey{}) {
-            if (auto kept = request_.cache->find(keys_[position]))
-                found->second = std::move(*kept);
+    Known& knownAt(std::size_t position) {
+        CacheSlot& slot = slots_[position];
+        if (slot.known == CacheSlot::none) {
+            slot.known = known_.size();
+            Known& known = known_.emplace_back(Known{.position = position});
+            if (slot.key != CacheKey{}) {
+                if (auto kept = request_.cache->find(slot.key))
+                    known.results = std::move(*kept);
+            }
         }
-        return &found->second;
+        return known_[slot.known];
     }
 
-    // Keeps what this scan computed in the cache, for each file whose results changed; only
-    // files looked up can have any.
+    // Keeps what this scan computed in the cache: the digests the duplicate analysis read and
+    // the findings the health check made, in the order the files were looked up (walk order).
     void rememberResults() {
-        for (auto& [i, results] : known_) {
-            const CacheKey& key = keys_[i];
+        for (Known& known : known_) {
+            const CacheKey& key = slots_[known.position].key;
             if (key == CacheKey{})
                 continue;
-            CachedResults now = results;
             if (duplicates_) {
-                if (auto sample = duplicates_->sampleDigestOf(i))
-                    now.sampleDigest = sample;
-                if (auto full = duplicates_->fullDigestOf(i))
-                    now.fullDigest = full;
+                if (const std::string* sample = duplicates_->sampleDigestRead(known.position)) {
+                    known.results.sampleDigest = *sample;
+                    known.changed = true;
+                }
+                if (const std::string* full = duplicates_->fullDigestRead(known.position)) {
+                    known.results.fullDigest = *full;
+                    known.changed = true;
+                }
             }
-            if (now != results)
-                request_.cache->remember(key, now);
+            if (known.changed)
+                request_.cache->remember(key, known.results);
         }
         request_.cache->commit();
     }
@@ -204,7 +226,7 @@ private:
         // The identity earlier jobs' results are kept under; downloads in progress are still
         // changing and have none.
         if (request_.cache)
-            keys_.push_back(downloading ? CacheKey{} : cacheKeyOf(info));
+            slots_.push_back({.key = downloading ? CacheKey{} : cacheKeyOf(info)});
         result_.files.push_back(std::move(entry));
         // Files of a size already seen are read and hashed while the walk goes on.
         if (duplicates_)
@@ -242,19 +264,20 @@ private:
     // The file's finding: from an earlier job when the same decoders judged this very file, else
     // computed now and kept in the cache.
     void inspect(Entry& entry, std::size_t position) {
-        CachedResults* known = request_.cache ? knownAt(position) : nullptr;
-        if (known && known->healthChecked && known->decoderVersion == healthCheckVersion()) {
-            entry.issue = known->healthFinding;
+        Known* known = request_.cache ? &knownAt(position) : nullptr;
+        if (known && known->results.healthChecked &&
+            known->results.decoderVersion == healthCheckVersion()) {
+            entry.issue = known->results.healthFinding;
             return;
         }
         entry.issue =
             healthIssue(entry.url, lowercase(pathExtension(entry.url)), entry.size, platform_);
-        if (!known || keys_[position] == CacheKey{})
+        if (!known)
             return;
-        known->healthChecked = true;
-        known->healthFinding = entry.issue;
-        known->decoderVersion = std::string(healthCheckVersion());
-        request_.cache->remember(keys_[position], *known);
+        known->results.healthChecked = true;
+        known->results.healthFinding = entry.issue;
+        known->results.decoderVersion = std::string(healthCheckVersion());
+        known->changed = true;
     }
 
     const ScanRequest& request_;
@@ -265,10 +288,11 @@ private:
     platform::UsageDates usage_;
     ScanResult result_;
     std::optional<DuplicateAnalysis> duplicates_;
-    // With a cache: per entry, its identity (empty for a download in progress), and for the
-    // entries looked up so far, the results kept for them (empty when none).
-    std::vector<CacheKey> keys_;
-    std::unordered_map<std::size_t, CachedResults> known_;
+    // With a cache: per entry, its identity and, once looked up, its place in known_.
+    std::vector<CacheSlot> slots_;
+    // The entries looked up so far, with the results kept for them; a deque, so that the
+    // duplicate analysis may hold on to the results.
+    std::deque<Known> known_;
     std::unordered_set<std::string> taken_;
     ReadAhead readAhead_;
 };

@@ -29,14 +29,15 @@ constexpr const char* createTable =
     " sample BLOB, full BLOB, checked INTEGER NOT NULL, finding TEXT, decoders TEXT,"
     " seen INTEGER NOT NULL, PRIMARY KEY(device, inode)) WITHOUT ROWID";
 
-// Digests travel as 64 hexadecimal digits and are kept as their 32 bytes.
-std::string bytesOfHex(const std::string& hex) {
+// Digests travel as 64 hexadecimal digits and are kept as their 32 bytes; anything else is no
+// digest.
+bool bytesOfHex(const std::optional<std::string>& hex, std::array<unsigned char, 32>& bytes) {
+    if (!hex || hex->size() != 2 * bytes.size())
+        return false;
     auto value = [](char c) { return c <= '9' ? c - '0' : c - 'a' + 10; };
-    std::string bytes;
-    bytes.reserve(hex.size() / 2);
-    for (std::size_t i = 0; i + 1 < hex.size(); i += 2)
-        bytes.push_back(static_cast<char>(value(hex[i]) << 4 | value(hex[i + 1])));
-    return bytes;
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<unsigned char>(value((*hex)[2 * i]) << 4 | value((*hex)[2 * i + 1]));
+    return true;
 }
 
 std::string hexOfBytes(const void* data, int size) {
@@ -51,22 +52,22 @@ std::string hexOfBytes(const void* data, int size) {
     return hex;
 }
 
-void bindDigest(sqlite3_stmt* statement, int index, const std::optional<std::string>& hex) {
-    if (!hex) {
-        sqlite3_bind_null(statement, index);
-        return;
-    }
-    std::string bytes = bytesOfHex(*hex);
-    sqlite3_bind_blob(statement, index, bytes.data(), static_cast<int>(bytes.size()),
-                      SQLITE_TRANSIENT);
-}
-
-void bindText(sqlite3_stmt* statement, int index, const std::optional<std::string>& text) {
-    if (!text)
+// Bound without copying: the row outlives the statement's step.
+void bindDigest(sqlite3_stmt* statement, int index, bool present,
+                const std::array<unsigned char, 32>& bytes) {
+    if (!present)
         sqlite3_bind_null(statement, index);
     else
-        sqlite3_bind_text(statement, index, text->data(), static_cast<int>(text->size()),
-                          SQLITE_TRANSIENT);
+        sqlite3_bind_blob(statement, index, bytes.data(), static_cast<int>(bytes.size()),
+                          SQLITE_STATIC);
+}
+
+void bindText(sqlite3_stmt* statement, int index, const std::vector<std::string>& texts, int text) {
+    if (text < 0)
+        sqlite3_bind_null(statement, index);
+    else
+        sqlite3_bind_text(statement, index, texts[text].data(),
+                          static_cast<int>(texts[text].size()), SQLITE_STATIC);
 }
 
 // A prepared statement, finalised when it goes out of scope.
@@ -181,7 +182,12 @@ bool ResultsDatabase::prepareLayout() {
     auto exec = [&](const char* sql) {
         return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
     };
-    if (access_ == Access::readWrite && !exec("PRAGMA journal_mode=WAL"))
+    // A crash or power loss may cost the last job's rows, never the database: with a write-ahead
+    // log, "normal" syncs only when the log is folded back, not at every commit. A page cache of
+    // up to 32 MiB holds a large job's transaction without spilling pages to the log twice.
+    if (access_ == Access::readWrite &&
+        !(exec("PRAGMA journal_mode=WAL") && exec("PRAGMA synchronous=NORMAL") &&
+          exec("PRAGMA cache_size=-32768")))
         return failed();
     {
         Statement version(db_, "PRAGMA user_version");
@@ -205,16 +211,20 @@ bool ResultsDatabase::prepareLayout() {
 }
 
 // The few distinct findings and decoder versions are kept once each.
-int ResultsDatabase::textIndex(sqlite3_stmt* row, int column) {
-    if (sqlite3_column_type(row, column) == SQLITE_NULL)
-        return -1;
-    const std::string_view text(reinterpret_cast<const char*>(sqlite3_column_text(row, column)),
-                                static_cast<std::size_t>(sqlite3_column_bytes(row, column)));
+int ResultsDatabase::textIndex(std::string_view text) {
     auto found = std::find(texts_.begin(), texts_.end(), text);
     if (found != texts_.end())
         return static_cast<int>(found - texts_.begin());
     texts_.emplace_back(text);
     return static_cast<int>(texts_.size() - 1);
+}
+
+int ResultsDatabase::textIndex(sqlite3_stmt* row, int column) {
+    if (sqlite3_column_type(row, column) == SQLITE_NULL)
+        return -1;
+    return textIndex(
+        std::string_view(reinterpret_cast<const char*>(sqlite3_column_text(row, column)),
+                         static_cast<std::size_t>(sqlite3_column_bytes(row, column))));
 }
 
 // Reads every row once: reading the whole table also finds a damaged one.
@@ -285,8 +295,21 @@ std::optional<CachedResults> ResultsDatabase::find(const CacheKey& key) {
 void ResultsDatabase::remember(const CacheKey& key, const CachedResults& results) {
     ready();
     std::lock_guard lock(mutex_);
-    if (db_ != nullptr && access_ == Access::readWrite)
-        pending_.emplace_back(key, results);
+    if (db_ != nullptr && access_ == Access::readWrite) {
+        Row row{.device = key.device,
+                .inode = key.inode,
+                .size = key.size,
+                .modified = key.modifiedNs,
+                .changed = key.changedNs,
+                .seen = now_,
+                .checked = results.healthChecked,
+                .finding = results.healthFinding ? textIndex(*results.healthFinding) : -1,
+                // Only a health check has decoders to name; NULL costs nothing to read back.
+                .decoders = results.healthChecked ? textIndex(results.decoderVersion) : -1};
+        row.hasSample = bytesOfHex(results.sampleDigest, row.sample);
+        row.hasFull = bytesOfHex(results.fullDigest, row.full);
+        pending_.push_back(row);
+    }
 }
 
 void ResultsDatabase::commit() {
@@ -309,22 +332,22 @@ void ResultsDatabase::commit() {
         Statement purge(db_, "DELETE FROM results WHERE seen < ?1");
         if (!replace || !touch || !purge)
             return false;
-        for (const auto& [key, results] : pending_) {
+        // In the table's own order: each row lands next to the one before it.
+        std::stable_sort(pending_.begin(), pending_.end(), identityBefore);
+        for (const Row& row : pending_) {
             sqlite3_stmt* s = replace.handle;
             sqlite3_reset(s);
-            sqlite3_bind_int64(s, 1, static_cast<sqlite3_int64>(key.device));
-            sqlite3_bind_int64(s, 2, static_cast<sqlite3_int64>(key.inode));
-            sqlite3_bind_int64(s, 3, key.size);
-            sqlite3_bind_int64(s, 4, key.modifiedNs);
-            sqlite3_bind_int64(s, 5, key.changedNs);
-            bindDigest(s, 6, results.sampleDigest);
-            bindDigest(s, 7, results.fullDigest);
-            sqlite3_bind_int(s, 8, results.healthChecked ? 1 : 0);
-            bindText(s, 9, results.healthFinding);
-            // Only a health check has decoders to name; NULL costs nothing to read back.
-            bindText(s, 10,
-                     results.healthChecked ? std::optional(results.decoderVersion) : std::nullopt);
-            sqlite3_bind_int64(s, 11, now_);
+            sqlite3_bind_int64(s, 1, static_cast<sqlite3_int64>(row.device));
+            sqlite3_bind_int64(s, 2, static_cast<sqlite3_int64>(row.inode));
+            sqlite3_bind_int64(s, 3, row.size);
+            sqlite3_bind_int64(s, 4, row.modified);
+            sqlite3_bind_int64(s, 5, row.changed);
+            bindDigest(s, 6, row.hasSample, row.sample);
+            bindDigest(s, 7, row.hasFull, row.full);
+            sqlite3_bind_int(s, 8, row.checked ? 1 : 0);
+            bindText(s, 9, texts_, row.finding);
+            bindText(s, 10, texts_, row.decoders);
+            sqlite3_bind_int64(s, 11, row.seen);
             if (sqlite3_step(s) != SQLITE_DONE)
                 return false;
         }

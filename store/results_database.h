@@ -10,6 +10,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -68,6 +69,7 @@ private:
     bool openOnce();
     bool prepareLayout();
     bool load();
+    int textIndex(std::string_view text);
     int textIndex(sqlite3_stmt* row, int column);
     bool failed();
     void fail(std::string reason);
@@ -89,8 +91,9 @@ private:
     // and no allocation per row.
     std::vector<Row> rows_;
     std::vector<std::string> texts_;  // the findings and decoder versions of the rows
-    // Written at commit(): rows to replace, and rows found again whose last-seen day is old.
-    std::vector<std::pair<Engine::CacheKey, Engine::CachedResults>> pending_;
+    // Written at commit(): rows to replace (a later one for the same file wins), and rows found
+    // again whose last-seen day is old.
+    std::vector<Row> pending_;
     std::vector<std::pair<std::uint64_t, std::uint64_t>> seen_;
 };
 

@@ -8,6 +8,9 @@
 #include "tests/support/temp_home.h"
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -141,17 +144,30 @@ TEST(DigestQueueProgress, AFullDigestCountsItsBytesAsItReads) {
     quorrin::testing::FaultPlatform platform;
     DigestQueue* queue = nullptr;
     std::vector<std::int64_t> beforeEachRead;
+    // The first read waits until the waiter is waiting, so that a busy machine cannot let the
+    // whole digest finish before it is waited for.
+    std::atomic<bool> waiting{false};
     platform.fault = [&](const std::string& operation,
                          const std::string&) -> std::optional<platform::Error> {
-        if (operation == "read" && queue)
+        if (operation == "read" && queue) {
+            for (int i = 0; i < 10'000 && !waiting; ++i)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
             beforeEachRead.push_back(queue->bytesDone());
+        }
         return std::nullopt;
     };
     DigestQueue digests(1, platform);
     queue = &digests;
     std::vector<std::int64_t> meanwhile;
     const std::size_t job = digests.add({.path = path, .size = size, .full = true});
-    ASSERT_TRUE(digests.wait(job, [&] { meanwhile.push_back(digests.bytesDone()); }).ok());
+    ASSERT_TRUE(digests
+                    .wait(job,
+                          [&] {
+                              meanwhile.push_back(digests.bytesDone());
+                              waiting = true;
+                          })
+                    .ok());
+    EXPECT_TRUE(waiting);
     const std::int64_t chunk = std::int64_t(fullDigestChunkSize);
     // Each read finds the chunks before it counted; the end of the file is one read more.
     EXPECT_EQ(beforeEachRead, (std::vector<std::int64_t>{0, chunk, 2 * chunk, 3 * chunk, size}));
