@@ -128,7 +128,7 @@ std::int64_t jobReadBytes(std::int64_t size, bool full) {
 }
 
 unsigned digestThreads() {
-    return std::clamp(std::thread::hardware_concurrency(), 2u, 8u);
+    return std::clamp(std::thread::hardware_concurrency() * 2, 4u, 8u);
 }
 
 }  // namespace quorrin::Engine
