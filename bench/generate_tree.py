@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Deterministic generator of the benchmark trees: a realistic personal home, loose files for Start,
-and a very large tree of small files for the memory figure.
+a very large tree of small files for the memory figure, and trees of one shape each for the
+duplicate and second-run figures.
 
 The same parameters and seed always give the same names, sizes, contents and dates. Only the
 standard library is used; images are made with the `vips` command (libvips-tools) and one
@@ -17,11 +18,32 @@ encrypted PDF with `qpdf`.
       ROOT/home/Downloads holding N loose files of every category, for Start.
   generate_tree.py many ROOT --files N [--seed S]
       ROOT/home/Documents holding N small files in nested folders, for the memory figure.
+  generate_tree.py small ROOT --files N [--seed S] [--median B] [--sigma X]
+      ROOT/home/Documents: N files, most at most 64 KiB (log-normal), 3 % up to 256 KiB, in nested
+      folders of about 50; about 10 % exact copies in groups of 2-4 and 2 % same-size files that
+      differ in the first, a middle or the last byte.
+  generate_tree.py videos ROOT --files N [--seed S] [--min-size B] [--max-size B]
+      ROOT/home/Videos/YEAR/EVENT: N large files, 15 % exact copies, 15 % same-size files that
+      differ in one byte (two in three in the middle, where only a full read tells them apart).
+  generate_tree.py photos ROOT --files N [--seed S] [--median B] [--sigma X] [--min-size B]
+                                         [--max-size B]
+      ROOT/home/Pictures/YEAR/YEAR-MM-DD: camera-numbered photos of JPEG sizes, 5 % of them days
+      imported twice into a "DAY (2)" folder, 0.5 % same-size files with an edited header.
+  generate_tree.py sorted ROOT --files N [--seed S] [--median B] [--sigma X] [--max-size B]
+      ROOT/home/Documents as Start leaves it: every file in its category folder or in a
+      subfolder, nothing loose; exact copies (10 %) only in subfolders, where Start keeps them.
+  generate_tree.py media ROOT [--images N] [--pdfs N] [--seed S]
+      ROOT/home/{Desktop,Downloads,Documents}: N images in all (one in nine damaged) and N PDFs
+      (one in five damaged or locked), for the health figures.
 
-A tree whose manifest records the same command and parameters is left as it is.
+A tree whose manifest records the same command and parameters is left as it is. The manifest
+records the parameters, the files and bytes made, what each kind of file counts ("made"), and the
+duplicates the scanner must find among the files it lists.
 """
 
 import argparse
+import collections
+import datetime
 import json
 import math
 import os
@@ -100,6 +122,15 @@ def log_normal_size(rng, median, sigma, max_size):
     return max(MIN_SIZE, min(size, max_size))
 
 
+def bounded_log_normal_size(rng, median, sigma, low, high):
+    """A log-normal size drawn again until it lies within [low, high]: no pile of files of the
+    bound's size, which clamping would make (and which would be one huge size group)."""
+    while True:
+        size = int(math.exp(rng.gauss(math.log(median), sigma)))
+        if low <= size <= high:
+            return size
+
+
 class Tree:
     def __init__(self, root, seed):
         self.root = os.path.abspath(root)
@@ -133,7 +164,8 @@ class Tree:
     def date(self):
         return self.rng.randrange(EPOCH_2017, EPOCH_2025) + self.rng.random()
 
-    def write(self, folder, name, size, content, variant=None, kind="plain", visible=True):
+    def write(self, folder, name, size, content, variant=None, kind="plain", visible=True,
+              when=None):
         """Writes one file; `content` is the content number shared by exact copies."""
         os.makedirs(folder, exist_ok=True)
         name = self.unique_name(folder, name)
@@ -141,7 +173,7 @@ class Tree:
         with open(path, "wb") as handle:
             if size:
                 self.pool.write(handle, size, content, variant)
-        when = self.date()
+        when = self.date() if when is None else when
         os.utime(path, (when, when))
         self.bytes += size
         self.files.append({"path": path, "size": size, "content": content,
@@ -149,12 +181,12 @@ class Tree:
                            "visible": visible})
         return path
 
-    def copy(self, source, folder, name, kind="copy", visible=True):
+    def copy(self, source, folder, name, kind="copy", visible=True, when=None):
         os.makedirs(folder, exist_ok=True)
         name = self.unique_name(folder, name)
         path = os.path.join(folder, name)
         shutil.copyfile(source["path"], path)
-        when = self.date()
+        when = self.date() if when is None else when
         os.utime(path, (when, when))
         self.bytes += source["size"]
         row = dict(source)
@@ -538,20 +570,312 @@ def many(args):
     return tree, {"count": args.files}
 
 
+# The category folders Start sorts into, and the extensions each takes; project documents go to
+# "07 Projects", anything else to "06 Other Files".
+CATEGORY_FOLDERS = [
+    ("01 Videos", "mp4 mov m4v avi mkv webm mpeg mpg mts m2ts"),
+    ("02 Images", "jpg jpeg png gif heic heif webp avif tif tiff bmp svg cr3 cr2 arw nef dng"),
+    ("03 Audio", "mp3 wav aac m4a aiff aif flac ogg"),
+    ("04 Documents", "pdf doc docx xls xlsx csv ppt pptx txt rtf pages numbers key html"),
+    ("05 Installers and ZIP", "dmg pkg zip rar 7z tar gz"),
+]
+OTHER_FILES = "06 Other Files"
+PROJECT_EXTENSIONS = set("aep aepx prproj drp fcpxml logicx sesx rpp als flp blend c4d psd psb ai "
+                         "indd sketch fig resolve".split())
+
+
+def category_folder(extension):
+    for folder, extensions in CATEGORY_FOLDERS:
+        if extension.lower() in extensions.split():
+            return folder
+    return OTHER_FILES
+
+
+def nested_folders(tree, base, count, max_depth=4):
+    """`count` folders below `base` (itself included), named like a person's, at most `max_depth`
+    levels deep."""
+    rng = tree.rng
+    folders = [base]
+    known = {base}
+    os.makedirs(base, exist_ok=True)
+    while len(folders) < count:
+        parent = rng.choice(folders)
+        if parent[len(base):].count("/") >= max_depth:
+            continue
+        child = rng.choice(SUB_WORDS + WORDS)
+        if rng.random() < 0.4:
+            child = child.capitalize() + " " + str(rng.randrange(1, 100))
+        path = os.path.join(parent, child)
+        if path in known:
+            continue
+        known.add(path)
+        folders.append(path)
+    for folder in folders:
+        os.makedirs(folder, exist_ok=True)
+        tree.taken.setdefault(os.path.dirname(folder), set()).add(os.path.basename(folder))
+    return folders
+
+
+def copy_name(name, rng):
+    """The name a copy gets: the same, a "copy" name, or a numbered one."""
+    style = rng.random()
+    stem, dot, ext = name.rpartition(".")
+    if not dot:
+        stem, ext = name, ""
+    if style < 0.3:
+        stem += " copy"
+    elif style < 0.45:
+        stem += f" ({rng.randrange(1, 4)})"
+    return f"{stem}.{ext}" if ext else stem
+
+
+def add_copies(tree, originals, count, place):
+    """`count` exact copies of originals, in groups of 2-4 (one to three copies of a file);
+    `place(source)` gives each copy's folder and name."""
+    rng = tree.rng
+    made = 0
+    for source in rng.sample(originals, min(len(originals), count)):
+        for _ in range(rng.choice([1, 1, 1, 2, 2, 3])):
+            if made >= count:
+                return made
+            folder, name = place(source)
+            tree.copy(source, folder, name)
+            made += 1
+    return made
+
+
+def add_near_duplicates(tree, originals, count, where, place):
+    """`count` files of the same size as an original that differ from it in one byte only, at the
+    offset `where(source, i)`; `place(source)` gives each one's folder and name."""
+    rng = tree.rng
+    rows = []
+    for i, source in enumerate(rng.sample(originals, min(len(originals), count))):
+        offset, label = where(source, i)
+        folder, name = place(source)
+        tree.write(folder, name, source["size"], source["content"], variant=(offset, 1 + i % 255),
+                   kind="near-" + label)
+        rows.append(tree.files[-1])
+    return rows
+
+
+def first_middle_or_last(source, i):
+    size = source["size"]
+    where = ["first", "middle", "last"][i % 3]
+    offset = {"first": 0, "middle": size // 2, "last": size - 1}[where]
+    return offset, where
+
+
+def small(args):
+    """Many small files: most at most 64 KiB, a few up to 256 KiB, in nested folders of about 50;
+    about 10 % exact copies in groups of 2-4 and 2 % same-size files differing in one byte."""
+    tree = Tree(args.root, args.seed)
+    rng = tree.rng
+    documents = os.path.join(tree.home, "Documents")
+    folders = nested_folders(tree, documents, max(10, args.files // 50))
+    copies = args.files // 10
+    near = args.files // 50
+    originals = []
+    for i in range(args.files - copies - near):
+        if rng.random() < 0.03:
+            size = int(math.exp(rng.uniform(math.log(64 * KIB), math.log(256 * KIB))))
+        else:
+            size = bounded_log_normal_size(rng, args.median, args.sigma, MIN_SIZE, 64 * KIB)
+        tree.write(rng.choice(folders), tree.file_name(pick_extension(rng)), size, tree.number())
+        originals.append(tree.files[-1])
+    add_near_duplicates(tree, originals, near, first_middle_or_last,
+                        lambda source: (rng.choice(folders),
+                                        tree.file_name(pick_extension(rng))))
+    add_copies(tree, originals, copies,
+               lambda source: (rng.choice(folders),
+                               copy_name(os.path.basename(source["path"]), rng)))
+    return tree, {"roots": [documents]}
+
+
+def videos(args):
+    """A few large files: sizes spread evenly between --min-size and --max-size, in Videos/YEAR/
+    EVENT; about 15 % exact copies and 15 % same-size files differing in one byte, two in three of
+    them in the middle (which only a full read tells apart)."""
+    tree = Tree(args.root, args.seed)
+    rng = tree.rng
+    base = os.path.join(tree.home, "Videos")
+    low, high = args.min_size, args.max_size
+    folders = [os.path.join(base, str(year), f"{rng.choice(WORDS).capitalize()} {n}")
+               for year in range(2018, 2025) for n in range(1, 3)]
+    copies = max(1, args.files * 15 // 100)
+    near = max(1, args.files * 15 // 100)
+    originals = []
+    for i in range(max(1, args.files - copies - near)):
+        extension = rng.choice(["mp4", "mp4", "mov", "mkv"])
+        stem = (f"VID_20{rng.randrange(18, 25)}{rng.randrange(1, 13):02d}{rng.randrange(1, 29):02d}_"
+                f"{rng.randrange(0, 24):02d}{rng.randrange(0, 60):02d}{rng.randrange(0, 60):02d}")
+        tree.write(rng.choice(folders), f"{stem}.{extension}", rng.randrange(low, high + 1),
+                   tree.number(), kind="video")
+        originals.append(tree.files[-1])
+
+    def middle_or_last(source, i):
+        size = source["size"]
+        if i % 3 == 2:
+            return size - 1, "last"
+        return size // 2 + rng.randrange(-4096, 4096), "middle"
+
+    # Edited exports of the same length: another name beside the original.
+    add_near_duplicates(tree, originals, near, middle_or_last,
+                        lambda source: (os.path.dirname(source["path"]),
+                                        "Edited " + os.path.basename(source["path"])))
+    add_copies(tree, originals, copies,
+               lambda source: (rng.choice(folders + [os.path.join(base, "Backup")]),
+                               copy_name(os.path.basename(source["path"]), rng)))
+    return tree, {"roots": [base]}
+
+
+def photos(args):
+    """A photo library: Pictures/YEAR/YEAR-MM-DD folders of 5-60 camera-numbered photos of
+    --min-size to --max-size bytes (log-normal around --median), with mtimes on their day; a few
+    days imported twice (a second folder with the same files) and 0.5 % same-size files
+    differing in one byte near the start (an edited header)."""
+    tree = Tree(args.root, args.seed)
+    rng = tree.rng
+    base = os.path.join(tree.home, "Pictures")
+    low, high = args.min_size, args.max_size
+    copies_target = args.files // 20
+    near = max(1, args.files // 200)
+    own = args.files - copies_target - near
+    counter = rng.randrange(1, 9000)
+    days = []
+    day = EPOCH_2017 + rng.randrange(0, 30) * 86400
+    originals = []
+    while len(originals) < own:
+        day += rng.randrange(1, 12) * 86400
+        label = datetime.datetime.fromtimestamp(day, datetime.timezone.utc)
+        folder = os.path.join(base, f"{label:%Y}", f"{label:%Y-%m-%d}")
+        rows = []
+        for _ in range(min(own - len(originals), rng.randrange(5, 61))):
+            counter = counter % 9999 + 1
+            size = bounded_log_normal_size(rng, args.median, args.sigma, low, high)
+            when = day + rng.randrange(8 * 3600, 22 * 3600)
+            tree.write(folder, f"{rng.choice(['IMG', 'IMG', 'DSC'])}_{counter:04d}.JPG", size,
+                       tree.number(), kind="photo", when=when)
+            rows.append(tree.files[-1])
+        originals.extend(rows)
+        days.append((folder, rows))
+    # Days imported twice: the importer made a second folder beside the first, with all of the
+    # day's photos or, for the last one, those it copied before it was stopped.
+    made = 0
+    for folder, rows in rng.sample(days, len(days)):
+        if made >= copies_target:
+            break
+        for row in rows[: copies_target - made]:
+            tree.copy(row, folder + " (2)", os.path.basename(row["path"]),
+                      when=os.path.getmtime(row["path"]))
+            made += 1
+    add_near_duplicates(tree, originals, near,
+                        lambda source, i: (rng.randrange(20, 2000), "header"),
+                        lambda source: (os.path.dirname(source["path"]),
+                                        os.path.basename(source["path"]).replace(".JPG", "_edit.JPG")))
+    return tree, {"roots": [base]}
+
+
+def sorted_home(args):
+    """Documents as Start leaves it: every file in a category folder ("01 Videos" to "06 Other
+    Files"), directly or in a subfolder of one, or in one of the person's own nested folders
+    beside them, so that nothing is loose. Exact copies (10 %) lie only in subfolders, where
+    Start leaves them; same-size files differing in one byte (2 %) lie anywhere."""
+    tree = Tree(args.root, args.seed)
+    rng = tree.rng
+    documents = os.path.join(tree.home, "Documents")
+    own = nested_folders(tree, os.path.join(documents, "Archive"), max(5, args.files // 200))
+    sub = {}
+    for folder, _ in CATEGORY_FOLDERS + [(OTHER_FILES, "")]:
+        top = os.path.join(documents, folder)
+        os.makedirs(top, exist_ok=True)
+        sub[folder] = [os.path.join(top, name) for name in rng.sample(SUB_WORDS, 4)]
+    copies = args.files // 10
+    near = args.files // 50
+
+    def extension():
+        while True:
+            chosen = pick_extension(rng)
+            if chosen not in PROJECT_EXTENSIONS:
+                return chosen
+
+    def extension_of(path):
+        name = os.path.basename(path)
+        return name.rpartition(".")[2] if "." in name else ""
+
+    def folder_for(name, nested):
+        category = category_folder(extension_of(name))
+        if nested:
+            return rng.choice(sub[category] + own[1:])
+        return os.path.join(documents, category)
+
+    # Files with copies lie only in subfolders: Start would trash a copy lying directly in a
+    # category folder, and this tree must stay as it is.
+    originals, nested = [], []
+    for i in range(args.files - copies - near):
+        name = tree.file_name(extension())
+        inside = rng.random() < 0.4
+        tree.write(folder_for(name, inside), name,
+                   bounded_log_normal_size(rng, args.median, args.sigma, MIN_SIZE, args.max_size),
+                   tree.number())
+        originals.append(tree.files[-1])
+        if inside:
+            nested.append(tree.files[-1])
+    add_near_duplicates(tree, originals, near, first_middle_or_last,
+                        lambda source: (folder_for(source["path"], rng.random() < 0.4),
+                                        tree.file_name(extension_of(source["path"]))))
+    add_copies(tree, nested, copies,
+               lambda source: (folder_for(source["path"], True),
+                               copy_name(os.path.basename(source["path"]), rng)))
+    return tree, {"roots": [documents]}
+
+
+def media(args):
+    """A health-check set: --images images in all, about one in nine of them damaged, and --pdfs
+    PDFs, a fifth of them damaged or locked."""
+    tree = Tree(args.root, args.seed)
+    valid = args.images
+    while valid > 0 and valid + max(1, valid // 8) > args.images:
+        valid -= 1
+    with tempfile.TemporaryDirectory() as work:
+        images = make_images(tree, valid, work) if valid else []
+        pdfs = make_pdfs(tree, args.pdfs, work) if args.pdfs else []
+    return tree, {"images": [r["path"] for r in images], "pdfs": [r["path"] for r in pdfs],
+                  "roots": [os.path.join(tree.home, name) for name in
+                            ("Documents", "Downloads", "Desktop") if
+                            os.path.isdir(os.path.join(tree.home, name))]}
+
+
+KINDS = {"personal": personal, "loose": loose, "many": many, "small": small, "videos": videos,
+         "photos": photos, "sorted": sorted_home, "media": media}
+# Size parameters a kind takes when they are not given.
+SIZE_DEFAULTS = {"median": 8 * KIB, "sigma": 2.0, "max_size": 50 * MIB}
+SIZE_DEFAULTS_OF = {
+    "small": {"median": 6 * KIB, "sigma": 1.2},
+    "videos": {"min_size": 20_000_000, "max_size": 100_000_000},
+    "photos": {"median": 1_000_000, "sigma": 0.4, "min_size": 1_000_000, "max_size": 8_000_000},
+    "sorted": {"median": 16 * KIB, "sigma": 1.8},
+}
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("kind", choices=["personal", "loose", "many"])
+    parser.add_argument("kind", choices=list(KINDS))
     parser.add_argument("root")
     parser.add_argument("--files", type=int, default=50_000)
     parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--median", type=int, default=8 * KIB, help="median file size in bytes")
-    parser.add_argument("--sigma", type=float, default=2.0, help="log-normal spread of sizes")
-    parser.add_argument("--max-size", type=int, default=50 * MIB)
+    parser.add_argument("--median", type=int, help="median file size in bytes")
+    parser.add_argument("--sigma", type=float, help="log-normal spread of sizes")
+    parser.add_argument("--min-size", type=int, help="smallest file (videos, photos)")
+    parser.add_argument("--max-size", type=int)
     parser.add_argument("--images", type=int, default=240)
     parser.add_argument("--pdfs", type=int, default=200)
     args = parser.parse_args()
+    for key, value in {**SIZE_DEFAULTS, **SIZE_DEFAULTS_OF.get(args.kind, {})}.items():
+        if getattr(args, key) is None:
+            setattr(args, key, value)
 
-    parameters = {k: v for k, v in vars(args).items() if k != "root"}
+    # What was asked for, as the manifest records it (the smallest size only where a kind has one).
+    parameters = {k: v for k, v in vars(args).items() if k != "root" and v is not None}
     manifest_path = os.path.join(args.root, "manifest.json")
     if os.path.exists(manifest_path):
         with open(manifest_path) as handle:
@@ -562,7 +886,7 @@ def main():
     if os.path.exists(args.root) and os.listdir(args.root):
         sys.exit(f"{args.root} is not empty; remove it first")
 
-    tree, extra = {"personal": personal, "loose": loose, "many": many}[args.kind](args)
+    tree, extra = KINDS[args.kind](args)
     visible = [row for row in tree.files if row["visible"]]
     groups = {}
     for row in visible:
@@ -577,6 +901,7 @@ def main():
         "scanned_files": len(visible),
         # What the duplicate analysis must find among the files the scanner lists.
         "expected_duplicates": sum(len(g) - 1 for g in groups.values() if len(g) > 1),
+        "made": dict(sorted(collections.Counter(row["kind"] for row in tree.files).items())),
         **extra,
     }
     with open(manifest_path, "w") as handle:
