@@ -43,14 +43,6 @@ std::size_t DigestQueue::add(DigestJob job) {
     return position;
 }
 
-std::size_t DigestQueue::addKnown(std::string digest) {
-    std::lock_guard lock(mutex_);
-    const std::size_t position = jobs_.size();
-    jobs_.emplace_back();
-    results_.emplace_back(platform::Result<std::string>(std::move(digest)));
-    return position;
-}
-
 void DigestQueue::work() {
     std::vector<std::size_t> claimed;
     std::vector<platform::Result<std::string>> computed;
@@ -63,15 +55,13 @@ void DigestQueue::work() {
         // file made the threads queue for it. A full digest is a run of its own.
         claimed.clear();
         while (nextClaim_ < jobs_.size() && claimed.size() < claimBatch) {
-            const std::size_t position = nextClaim_++;
-            if (results_[position].has_value())
-                continue;  // known already
-            claimed.push_back(position);
-            if (jobs_[position].full)
+            const bool full = jobs_[nextClaim_].full;
+            if (full && !claimed.empty())
+                break;
+            claimed.push_back(nextClaim_++);
+            if (full)
                 break;
         }
-        if (claimed.empty())
-            continue;
         lock.unlock();
         computed.clear();
         for (std::size_t position : claimed)

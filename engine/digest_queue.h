@@ -40,9 +40,6 @@ public:
 
     // Queues a job; returns its position.
     std::size_t add(DigestJob job);
-    // Takes a digest known already (from the results cache) at the next position, computing
-    // nothing; returns its position.
-    std::size_t addKnown(std::string digest);
     // The digest of the job at `position`, or the error that stopped it. `meanwhile` is called
     // (without the queue's lock) before each wait and whenever a worker has read more.
     const platform::Result<std::string>& wait(std::size_t position,

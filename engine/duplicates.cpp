@@ -23,11 +23,10 @@ bool compared(const Entry& entry) {
 }
 
 // What the sampling of one size group decided: its notes, and its sample groups of two or more
-// members (in the order of their sample digests), each sorted by path with the full-digest job of
-// every member.
+// members (in the order of their sample digests), each sorted by path.
 struct SizeGroupPlan {
     std::vector<std::string> notes;
-    std::vector<std::vector<std::pair<std::size_t, std::size_t>>> sampleGroups;  // entry, job
+    std::vector<std::vector<std::size_t>> sampleGroups;
 };
 
 }  // namespace
@@ -40,12 +39,37 @@ DuplicateAnalysis::DuplicateAnalysis(platform::Platform& platform, unsigned thre
 
 void DuplicateAnalysis::sample(const std::vector<Entry>& entries, std::size_t position) {
     Member& member = members_[position];
-    if (lookup_)
-        member.known = lookup_(position);
-    member.sampleJob =
-        member.knownSample()
-            ? queue_.addKnown(*member.knownSample())
-            : queue_.add({.path = entries[position].url, .size = entries[position].size});
+    member.grouped = true;
+    member.wholeSample = entries[position].size <= wholeSampleLimit;
+    if (const CachedResults* known = lookup_ ? lookup_(position) : nullptr) {
+        if (known->sampleDigest)
+            member.knownSample = &*known->sampleDigest;
+        if (known->fullDigest)
+            member.knownFull = &*known->fullDigest;
+    }
+    if (member.knownSample == nullptr)
+        member.sampleJob =
+            queue_.add({.path = entries[position].url, .size = entries[position].size});
+}
+
+const std::string* DuplicateAnalysis::read(std::size_t job,
+                                           const std::function<void()>& meanwhile) {
+    if (job == none)
+        return nullptr;
+    const auto& digest = queue_.wait(job, meanwhile);
+    return digest ? &*digest : nullptr;
+}
+
+const std::string* DuplicateAnalysis::sampleOf(const Member& member,
+                                               const std::function<void()>& meanwhile) {
+    return member.knownSample != nullptr ? member.knownSample : read(member.sampleJob, meanwhile);
+}
+
+const std::string* DuplicateAnalysis::fullOf(const Member& member,
+                                             const std::function<void()>& meanwhile) {
+    if (member.wholeSample)
+        return sampleOf(member, meanwhile);
+    return member.knownFull != nullptr ? member.knownFull : read(member.fullJob, meanwhile);
 }
 
 void DuplicateAnalysis::add(const std::vector<Entry>& entries, std::size_t position,
@@ -59,7 +83,7 @@ void DuplicateAnalysis::add(const std::vector<Entry>& entries, std::size_t posit
     auto [seen, inserted] = sizes_.tryEmplace(size, [&] { return SizeSeen{.first = position}; });
     if (inserted)
         return;
-    if (seen.group == notSampled) {
+    if (seen.group == none) {
         seen.group = groups_.size();
         groups_.push_back({seen.first});
         sample(entries, seen.first);
@@ -81,10 +105,10 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
     // What is read of each file: nothing that the cache already holds, and no full digest of a
     // small file, whose sample is read whole.
     const auto sampleBytes = [&](std::size_t member) {
-        return members_[member].knownSample() ? 0 : jobReadBytes(entries[member].size, false);
+        return members_[member].knownSample ? 0 : jobReadBytes(entries[member].size, false);
     };
     const auto fullBytes = [&](std::size_t member) {
-        return entries[member].size <= wholeSampleLimit || members_[member].knownFull()
+        return members_[member].wholeSample || members_[member].knownFull
                    ? 0
                    : jobReadBytes(entries[member].size, true);
     };
@@ -111,14 +135,14 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
     std::vector<SizeGroupPlan> plans(groups.size());
     for (std::size_t g = 0; g < groups.size(); ++g) {
         // An ordered map keeps the visiting order of sample groups deterministic. Its keys are
-        // the queue's own digests, which stay in place.
+        // the queue's or the cache's own digests, which stay in place.
         std::map<std::string_view, std::vector<std::size_t>> bySample;
         if (stop_.requested())
             return;
         for (std::size_t member : groups[g]) {
-            const auto& sampled = queue_.wait(members_[member].sampleJob, report);
+            const std::string* sampled = sampleOf(members_[member], report);
             report();
-            if (!sampled)
+            if (sampled == nullptr)
                 plans[g].notes.push_back("Could not sample " + nameOf(entries[member]));
             else
                 bySample[*sampled].push_back(member);
@@ -135,18 +159,13 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
             std::sort(members.begin(), members.end(), [&](std::size_t a, std::size_t b) {
                 return entries[a].url < entries[b].url;
             });
-            auto& planned = plans[g].sampleGroups.emplace_back();
+            plans[g].sampleGroups.push_back(members);
             // A small file's sample digest already is its full digest: it is not read again.
             for (std::size_t member : members) {
                 Member& m = members_[member];
-                if (entries[member].size <= wholeSampleLimit)
-                    m.fullJob = m.sampleJob;
-                else if (m.knownFull())
-                    m.fullJob = queue_.addKnown(*m.knownFull());
-                else
+                if (!m.wholeSample && m.knownFull == nullptr)
                     m.fullJob = queue_.add(
                         {.path = entries[member].url, .size = entries[member].size, .full = true});
-                planned.emplace_back(member, m.fullJob);
             }
         }
         total -= readNoFurther;
@@ -160,15 +179,15 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
         notes.insert(notes.end(), plan.notes.begin(), plan.notes.end());
         for (const auto& group : plan.sampleGroups) {
             std::unordered_map<std::string_view, std::size_t> firstWithDigest;
-            for (const auto& [member, job] : group) {
+            for (std::size_t member : group) {
                 if (stop_.requested())
                     return;
                 Entry& entry = entries[member];
                 if (progress)
                     progress("Comparing content • " + nameOf(entry));
-                const auto& full = queue_.wait(job, report);
+                const std::string* full = fullOf(members_[member], report);
                 report();
-                if (!full) {
+                if (full == nullptr) {
                     notes.push_back("Could not compare " + nameOf(entry));
                     continue;
                 }
@@ -185,21 +204,12 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
 }
 
 const std::string* DuplicateAnalysis::sampleDigestRead(std::size_t position) {
-    const Member& member = members_[position];
-    if (member.sampleJob == notSampled || member.knownSample())
-        return nullptr;
-    const auto& sampled = queue_.wait(member.sampleJob);
-    return sampled ? &*sampled : nullptr;
+    return read(members_[position].sampleJob);
 }
 
 const std::string* DuplicateAnalysis::fullDigestRead(std::size_t position) {
-    const Member& member = members_[position];
-    // A small file's full digest is its sample's job: read when the sample was.
-    if (member.fullJob == notSampled ||
-        (member.fullJob == member.sampleJob ? member.knownSample() : member.knownFull()))
-        return nullptr;
-    const auto& full = queue_.wait(member.fullJob);
-    return full ? &*full : nullptr;
+    // A small file's full digest is its sample's, kept once.
+    return read(members_[position].fullJob);
 }
 
 void markDuplicates(std::vector<Entry>& entries, const std::vector<FileIdentity>& identities,

@@ -66,37 +66,39 @@ public:
     const std::string* fullDigestRead(std::size_t position);
 
 private:
-    static constexpr std::size_t notSampled = static_cast<std::size_t>(-1);
-    // Queues the sample digest of entries[position].
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+    // Per entry: whether it is in a size group, its identity, its digests known from the cache
+    // (pointing into the results the lookup gave), and the queue's jobs for the digests that are
+    // not known (none: no job).
+    struct Member {
+        bool grouped = false;
+        bool wholeSample = false;  // a small file, whose sample digest is its full digest
+        FileIdentity identity;
+        const std::string* knownSample = nullptr;
+        const std::string* knownFull = nullptr;
+        std::size_t sampleJob = none;
+        std::size_t fullJob = none;
+    };
+
+    // Queues the sample digest of entries[position], unless the cache knows it.
     void sample(const std::vector<Entry>& entries, std::size_t position);
+    // A member's digests, known or read (waiting for the read); nullptr when it could not be read.
+    const std::string* sampleOf(const Member& member, const std::function<void()>& meanwhile);
+    const std::string* fullOf(const Member& member, const std::function<void()>& meanwhile);
+    const std::string* read(std::size_t job, const std::function<void()>& meanwhile = {});
 
     DigestQueue queue_;
     StopRequest stop_;
     Lookup lookup_;
     // Per size: its first entry, and its group in groups_ once a second entry of that size has
-    // turned up (notSampled until then).
+    // turned up (none until then).
     struct SizeSeen {
         std::size_t first = 0;
-        std::size_t group = notSampled;
+        std::size_t group = none;
     };
     SizeTable<SizeSeen> sizes_;
     // The size groups of two or more compared entries, each in list order.
     std::vector<std::vector<std::size_t>> groups_;
-    // Per entry: its sample and full-digest jobs (or notSampled), its identity, and what the
-    // cache knows of it (nullptr: nothing, or never asked).
-    struct Member {
-        std::size_t sampleJob = notSampled;
-        std::size_t fullJob = notSampled;
-        FileIdentity identity;
-        const CachedResults* known = nullptr;
-        const std::optional<std::string>& knownSample() const {
-            return known != nullptr ? known->sampleDigest : none;
-        }
-        const std::optional<std::string>& knownFull() const {
-            return known != nullptr ? known->fullDigest : none;
-        }
-        static inline const std::optional<std::string> none;
-    };
     std::vector<Member> members_;
 };
 
