@@ -243,7 +243,11 @@ private:
     // computed now and kept in the cache.
     void inspect(Entry& entry, std::size_t position) {
         CachedResults* known = request_.cache ? knownAt(position) : nullptr;
-        if (known && known->healthChecked && known->decoderVersion == healthCheckVersion()) {
+        // Asked once per job, and only when there is a cache to compare with.
+        if (known && !checkVersion_)
+            checkVersion_ = healthCheckVersion(platform_);
+        if (known && known->healthChecked && checkVersion_->known &&
+            known->decoderVersion == checkVersion_->text) {
             entry.issue = known->healthFinding;
             return;
         }
@@ -253,7 +257,7 @@ private:
             return;
         known->healthChecked = true;
         known->healthFinding = entry.issue;
-        known->decoderVersion = std::string(healthCheckVersion());
+        known->decoderVersion = checkVersion_->text;
         request_.cache->remember(keys_[position], *known);
     }
 
@@ -269,6 +273,8 @@ private:
     // entries looked up so far, the results kept for them (empty when none).
     std::vector<CacheKey> keys_;
     std::unordered_map<std::size_t, CachedResults> known_;
+    // The version the health findings of this job are kept under, once asked.
+    std::optional<HealthCheckVersion> checkVersion_;
     std::unordered_set<std::string> taken_;
     ReadAhead readAhead_;
 };
