@@ -1,7 +1,8 @@
 // The errors Quorrin raises itself, in the "QUORRIN" domain.
 //
 // Codes in use: 1 file changed since scan, 2 original unavailable, 3 category destination (here);
-// 4 no usable trash (platform/trash/trash_error.h); 5 file name not valid UTF-8 (store/errors.h).
+// 4 no usable trash (platform/trash/trash_error.h); 5 file name not valid UTF-8 (store/errors.h);
+// 6 media module not loaded (platform/media_module.h).
 #pragma once
 
 #include "platform/error.h"

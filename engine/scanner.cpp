@@ -265,8 +265,11 @@ private:
     // computed now and kept in the cache.
     void inspect(Entry& entry, std::size_t position) {
         Known* known = request_.cache ? &knownAt(position) : nullptr;
-        if (known && known->results.healthChecked &&
-            known->results.decoderVersion == healthCheckVersion()) {
+        // Asked once per job, and only when there is a cache to compare with.
+        if (known && !checkVersion_)
+            checkVersion_ = healthCheckVersion(platform_);
+        if (known && known->results.healthChecked && checkVersion_->known &&
+            known->results.decoderVersion == checkVersion_->text) {
             entry.issue = known->results.healthFinding;
             return;
         }
@@ -276,7 +279,7 @@ private:
             return;
         known->results.healthChecked = true;
         known->results.healthFinding = entry.issue;
-        known->results.decoderVersion = std::string(healthCheckVersion());
+        known->results.decoderVersion = checkVersion_->text;
         known->changed = true;
     }
 
@@ -293,6 +296,8 @@ private:
     // The entries looked up so far, with the results kept for them; a deque, so that the
     // duplicate analysis may hold on to the results.
     std::deque<Known> known_;
+    // The version the health findings of this job are kept under, once asked.
+    std::optional<HealthCheckVersion> checkVersion_;
     std::unordered_set<std::string> taken_;
     ReadAhead readAhead_;
 };

@@ -2,6 +2,7 @@
 #include "platform/linux_platform.h"
 
 #include "platform/image_probe.h"
+#include "platform/media_module.h"
 #include "platform/pdf_probe.h"
 #include "platform/recently_used.h"
 
@@ -342,6 +343,13 @@ ImageProbe LinuxPlatform::probeImage(const std::string& path) {
 
 bool LinuxPlatform::pdfOpens(const std::string& path) {
     return pdfFileOpens(path);
+}
+
+Result<std::string> LinuxPlatform::decoderVersions() {
+    const Result<MediaModule>& module = loadedMediaModule();
+    if (!module)
+        return module.error();
+    return std::string(module->decoderVersions());
 }
 
 Platform& system() {

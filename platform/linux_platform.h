@@ -40,6 +40,7 @@ public:
     UsageDates readUsageDates() override;
     ImageProbe probeImage(const std::string& path) override;
     bool pdfOpens(const std::string& path) override;
+    Result<std::string> decoderVersions() override;
 };
 
 }  // namespace quorrin::platform

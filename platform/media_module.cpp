@@ -3,7 +3,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -33,7 +32,7 @@ std::string installedPath() {
     std::abort();
 }
 
-MediaModule load() {
+Result<MediaModule> load() {
     std::vector<std::string> candidates = {installedPath(), QUORRIN_MEDIA_MODULE};
     std::string reasons;
     for (const std::string& candidate : candidates) {
@@ -50,20 +49,28 @@ MediaModule load() {
         MediaModule module;
         module.probeImage = reinterpret_cast<ProbeImageFunction>(::dlsym(handle, probeImageSymbol));
         module.pdfOpens = reinterpret_cast<PdfOpensFunction>(::dlsym(handle, pdfOpensSymbol));
-        if (module.probeImage == nullptr || module.pdfOpens == nullptr)
-            cannotLoad(candidate + " lacks its entry points");
+        module.decoderVersions =
+            reinterpret_cast<DecoderVersionsFunction>(::dlsym(handle, decoderVersionsSymbol));
+        if (module.probeImage == nullptr || module.pdfOpens == nullptr ||
+            module.decoderVersions == nullptr)
+            return Error::quorrin(mediaModuleNotLoadedCode, candidate + " lacks its entry points");
         return module;
     }
-    cannotLoad(reasons.empty() ? "not found" : reasons);
+    return Error::quorrin(mediaModuleNotLoadedCode, reasons.empty() ? "not found" : reasons);
 }
 
 }  // namespace
 
-const MediaModule& mediaModule() {
-    static MediaModule module;
-    static std::once_flag once;
-    std::call_once(once, [] { module = load(); });
+const Result<MediaModule>& loadedMediaModule() {
+    static const Result<MediaModule> module = load();  // once, also across threads
     return module;
+}
+
+const MediaModule& mediaModule() {
+    const Result<MediaModule>& module = loadedMediaModule();
+    if (!module)
+        cannotLoad(module.error().description);
+    return *module;
 }
 
 }  // namespace quorrin::platform

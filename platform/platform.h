@@ -113,6 +113,10 @@ public:
     virtual ImageProbe probeImage(const std::string& path) = 0;
     // True when the document structure loads and is not locked by a password.
     virtual bool pdfOpens(const std::string& path) = 0;
+    // The versions of the image and PDF decoders this process checks with, as the loaded
+    // libraries report them ("libvips 8.14.1 • poppler 22.12.0"); an error when they cannot be
+    // loaded. Loads them when no check has yet.
+    virtual Result<std::string> decoderVersions() = 0;
 };
 
 // The process-wide platform: created on first use, never released, safe to use from any thread.

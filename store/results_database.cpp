@@ -18,8 +18,11 @@ using Engine::CacheKey;
 
 // The layout of the results table; a database of any other number is rebuilt.
 constexpr int layoutVersion = 1;
-// How long a job waits for another Quorrin's transaction before it goes on without the cache.
+// How long a job waits for another Quorrin's transaction before it goes on without the cache:
+// briefly while it opens the database, as its walk has begun; longer for its final write, as its
+// work is done and the rows it computed are lost if the wait runs out.
 constexpr int busyWaitMilliseconds = 250;
+constexpr int commitWaitMilliseconds = 2000;
 // A row's last-seen time is refreshed when it is older than this, not on every hit.
 constexpr std::int64_t seenRefreshSeconds = 24 * 3600;
 
@@ -173,6 +176,15 @@ bool ResultsDatabase::openOnce() {
         damaged_ = isDamage(opened);
         return false;
     }
+    // A database that SQLite could open only for reading (by its mode, or on a read-only mount)
+    // is not read either: reading it would make its shared-memory file with the same read-only
+    // mode, and that file, left behind, would keep the database unwritable after it is made
+    // writable again.
+    if (access_ == Access::readWrite && sqlite3_db_readonly(db_, "main") == 1) {
+        layoutError_ = sqlite3_errstr(SQLITE_READONLY);
+        damaged_ = false;
+        return false;
+    }
     sqlite3_busy_timeout(db_, busyWaitMilliseconds);
     damaged_ = false;
     return prepareLayout() && load();
@@ -189,21 +201,32 @@ bool ResultsDatabase::prepareLayout() {
         !(exec("PRAGMA journal_mode=WAL") && exec("PRAGMA synchronous=NORMAL") &&
           exec("PRAGMA cache_size=-32768")))
         return failed();
-    {
+    // 1: this layout; 0: another; -1: the version could not be read (and failed() noted why).
+    auto current = [&] {
         Statement version(db_, "PRAGMA user_version");
-        if (!version || sqlite3_step(version.handle) != SQLITE_ROW)
-            return failed();
-        if (sqlite3_column_int(version.handle, 0) == layoutVersion)
-            return true;
-    }
+        if (!version || sqlite3_step(version.handle) != SQLITE_ROW) {
+            failed();
+            return -1;
+        }
+        return sqlite3_column_int(version.handle, 0) == layoutVersion ? 1 : 0;
+    };
+    if (const int found = current(); found != 0)
+        return found == 1;
     if (access_ == Access::readOnly) {
         layoutError_ = "another layout";
         return false;
     }
+    // Asked again under the write lock: another Quorrin may have made the table meanwhile, and
+    // may already have kept rows in it.
+    if (!exec("BEGIN IMMEDIATE"))
+        return failed();
+    const int found = current();
     const std::string setVersion = "PRAGMA user_version=" + std::to_string(layoutVersion);
-    if (!(exec("BEGIN IMMEDIATE") && exec("DROP TABLE IF EXISTS results") && exec(createTable) &&
-          exec(setVersion.c_str()) && exec("COMMIT"))) {
-        failed();
+    const bool made = found == 1 || (found == 0 && exec("DROP TABLE IF EXISTS results") &&
+                                     exec(createTable) && exec(setVersion.c_str()));
+    if (!made || !exec("COMMIT")) {
+        if (found >= 0)
+            failed();
         exec("ROLLBACK");
         return false;
     }
@@ -322,16 +345,25 @@ void ResultsDatabase::commit() {
     auto exec = [&](const char* sql) {
         return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
     };
+    sqlite3_busy_timeout(db_, commitWaitMilliseconds);
+    // Why writing failed, noted before the statements' finalisation resets the connection's error.
+    int failure = SQLITE_OK;
+    std::string reason;
+    auto noteFailure = [&] {
+        failure = sqlite3_extended_errcode(db_);
+        reason = sqlite3_errmsg(db_);
+        return false;
+    };
     auto written = [&] {
         if (!exec("BEGIN IMMEDIATE"))
-            return false;
+            return noteFailure();
         Statement replace(db_,
                           "INSERT OR REPLACE INTO results VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7,"
                           " ?8, ?9, ?10, ?11)");
         Statement touch(db_, "UPDATE results SET seen = ?1 WHERE device = ?2 AND inode = ?3");
         Statement purge(db_, "DELETE FROM results WHERE seen < ?1");
         if (!replace || !touch || !purge)
-            return false;
+            return noteFailure();
         // In the table's own order: each row lands next to the one before it.
         std::stable_sort(pending_.begin(), pending_.end(), identityBefore);
         for (const Row& row : pending_) {
@@ -349,7 +381,7 @@ void ResultsDatabase::commit() {
             bindText(s, 10, texts_, row.decoders);
             sqlite3_bind_int64(s, 11, row.seen);
             if (sqlite3_step(s) != SQLITE_DONE)
-                return false;
+                return noteFailure();
         }
         for (const auto& [device, inode] : seen_) {
             sqlite3_stmt* s = touch.handle;
@@ -358,20 +390,19 @@ void ResultsDatabase::commit() {
             sqlite3_bind_int64(s, 2, static_cast<sqlite3_int64>(device));
             sqlite3_bind_int64(s, 3, static_cast<sqlite3_int64>(inode));
             if (sqlite3_step(s) != SQLITE_DONE)
-                return false;
+                return noteFailure();
         }
         if (purgeDue_) {
             sqlite3_bind_int64(
                 purge.handle, 1,
                 now_ - std::chrono::duration_cast<std::chrono::seconds>(unseenRowLifetime).count());
             if (sqlite3_step(purge.handle) != SQLITE_DONE)
-                return false;
+                return noteFailure();
         }
-        return exec("COMMIT");
+        return exec("COMMIT") || noteFailure();
     };
     if (!written()) {
-        const bool damaged = isDamage(sqlite3_extended_errcode(db_));
-        std::string reason = sqlite3_errmsg(db_);
+        const bool damaged = isDamage(failure);
         sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
         fail(reason);
         // Damage found only now is not found again at the next opening: the next job starts

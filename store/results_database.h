@@ -26,8 +26,8 @@ inline constexpr std::chrono::hours unseenRowLifetime{24 * 90};
 // One connection for one job. The folder is made 0700 and the file 0600; WAL mode lets another
 // Quorrin read while this one writes. The rows are read once, when the job opens the database, so
 // that a look-up costs no query. A database of another layout, or one that is corrupt, is rebuilt
-// empty; one that cannot be opened, is locked past a short wait, or cannot be written is
-// bypassed: it finds nothing and unavailable() gives the reason.
+// empty; one that cannot be opened, is locked past a short wait (a longer one for the final
+// write), or cannot be written is bypassed: it finds nothing and unavailable() gives the reason.
 class ResultsDatabase : public Engine::ResultsCache {
 public:
     // A read-only job (a preview) finds what earlier jobs kept and writes nothing: it neither

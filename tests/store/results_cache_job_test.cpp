@@ -2,7 +2,8 @@
 // read again, an unusable cache changes no result, and clearing duplicates never trusts it.
 #include "store/locations.h"
 #include "store/results_database.h"
-#include "tests/support/store/store_fixture.h"
+#include "tests/support/status_change.h"
+#include "tests/support/store/cache_checks.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -13,18 +14,11 @@
 namespace quorrin::store {
 namespace {
 
+using quorrin::testing::checkWithCache;
+using quorrin::testing::opensDuring;
 using quorrin::testing::StoreFixture;
-
-// What a check gave: per path, the copy it duplicates and its health finding.
-using Outcome =
-    std::map<std::string, std::pair<std::optional<std::string>, std::optional<std::string>>>;
-
-Outcome outcomeOf(const Store& store) {
-    Outcome outcome;
-    for (const Engine::Entry& entry : store.files())
-        outcome[entry.url] = {entry.duplicateOf, entry.issue};
-    return outcome;
-}
+using quorrin::testing::unavailableLines;
+using Outcome = quorrin::testing::CheckOutcome;
 
 void buildTree(StoreFixture& f) {
     const std::string large(200'000, 'L');
@@ -37,51 +31,22 @@ void buildTree(StoreFixture& f) {
     f.home.writeFile("Documents/empty.txt", "");
 }
 
-// How often files were opened for reading while `run` ran.
-int opensDuring(StoreFixture& f, const std::function<void()>& run) {
-    int opens = 0;
-    f.platform.fault = [&opens](const std::string& operation,
-                                const std::string&) -> std::optional<platform::Error> {
-        if (operation == "openForReading")
-            ++opens;
-        return std::nullopt;
-    };
-    run();
-    f.platform.fault = nullptr;
-    return opens;
-}
-
-Outcome check(StoreFixture& f, bool cache = true) {
-    Store& store = *f.store;
-    store.setUseResultsCache(cache);
-    store.scan({.duplicates = true, .health = true});
-    f.settle();
-    return outcomeOf(store);
-}
-
-long unavailableLines(const StoreFixture& f) {
-    auto texts = f.activityTexts();
-    return std::count_if(texts.begin(), texts.end(), [](const std::string& text) {
-        return text.starts_with(resultsCacheUnavailableText);
-    });
-}
-
 TEST(ResultsCacheJob, TheSecondCheckReadsNoUnchangedFile) {
     StoreFixture f;
     buildTree(f);
     f.open();
-    const Outcome first = check(f);
+    const Outcome first = checkWithCache(f);
     EXPECT_EQ(first.at(f.home.path("Documents/large-b.bin")).first,
               f.home.path("Documents/large-a.bin"));
     EXPECT_EQ(first.at(f.home.path("Downloads/small-b.txt")).first,
               f.home.path("Documents/small-a.txt"));
     Outcome second;
-    EXPECT_EQ(opensDuring(f, [&] { second = check(f); }), 0);
+    EXPECT_EQ(opensDuring(f, [&] { second = checkWithCache(f); }), 0);
     EXPECT_EQ(second, first);
     EXPECT_EQ(unavailableLines(f), 0);
     // Without the cache everything is read again, with the same results.
     Outcome uncached;
-    EXPECT_GT(opensDuring(f, [&] { uncached = check(f, false); }), 0);
+    EXPECT_GT(opensDuring(f, [&] { uncached = checkWithCache(f, false); }), 0);
     EXPECT_EQ(uncached, first);
 }
 
@@ -90,14 +55,15 @@ TEST(ResultsCacheJob, AFileRewrittenWithItsOldDateIsReadAgain) {
     buildTree(f);
     f.open();
     const std::string b = f.home.path("Documents/large-b.bin");
-    ASSERT_TRUE(check(f).at(b).first.has_value());
+    ASSERT_TRUE(checkWithCache(f).at(b).first.has_value());
     struct stat before {};
     ASSERT_EQ(::stat(b.c_str(), &before), 0);
-    ::usleep(20'000);  // the status-change clock ticks in file-system granularity
     quorrin::testing::writeFileAt(b, std::string(200'000, 'M'));
     const timespec times[2] = {before.st_atim, before.st_mtim};
     ASSERT_EQ(::utimensat(AT_FDCWD, b.c_str(), times, 0), 0);
-    EXPECT_FALSE(check(f).at(b).first.has_value());
+    // Done within one tick of the clock, the rewrite may have left the old status-change time.
+    ASSERT_TRUE(quorrin::testing::moveStatusChangeTime(b, before.st_ctim));
+    EXPECT_FALSE(checkWithCache(f).at(b).first.has_value());
 }
 
 void checkpoint(const std::string& path) {
@@ -115,9 +81,9 @@ TEST(ResultsCacheJob, AnUnusableCacheChangesNoResult) {
         StoreFixture f;
         buildTree(f);
         f.open();
-        const Outcome expected = check(f, false);
+        const Outcome expected = checkWithCache(f, false);
         const std::string path = resultsCachePath(f.platform);
-        check(f);  // fills the cache
+        checkWithCache(f);  // fills the cache
         checkpoint(path);
         sqlite3* holder = nullptr;
         if (harm == "corrupt") {
@@ -145,7 +111,7 @@ TEST(ResultsCacheJob, AnUnusableCacheChangesNoResult) {
                          nullptr, nullptr, nullptr);
             sqlite3_close(db);
         }
-        Outcome got = check(f);
+        Outcome got = checkWithCache(f);
         if (harm == "locked") {
             sqlite3_exec(holder, "ROLLBACK", nullptr, nullptr, nullptr);
             sqlite3_close(holder);
@@ -158,7 +124,7 @@ TEST(ResultsCacheJob, AnUnusableCacheChangesNoResult) {
         }
         // And the next job again gives the same.
         if (harm != "locked") {
-            EXPECT_EQ(check(f), expected) << harm;
+            EXPECT_EQ(checkWithCache(f), expected) << harm;
         }
     }
 }
@@ -168,8 +134,8 @@ TEST(ResultsCacheJob, ClearingDuplicatesReadsBothFilesEvenWhenCached) {
     StoreFixture f;
     buildTree(f);
     Store& store = f.open();
-    check(f);
-    check(f);  // every digest is now in the cache
+    checkWithCache(f);
+    checkWithCache(f);  // every digest is now in the cache
     const std::string a = f.home.path("Documents/large-a.bin");
     const std::string b = f.home.path("Documents/large-b.bin");
     std::vector<Engine::Entry> copies;

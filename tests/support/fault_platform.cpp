@@ -151,12 +151,29 @@ Result<Fd> FaultPlatform::lockFile(const std::string& path, bool exclusive,
     QUORRIN_FAULT_CHECK("lockFile", path);
     return LinuxPlatform::lockFile(path, exclusive, wait);
 }
+void FaultPlatform::count(const std::string& operation) {
+    std::lock_guard lock(mutex_);
+    ++calls[operation];
+}
+
 platform::UsageDates FaultPlatform::readUsageDates() {
-    {
-        std::lock_guard lock(mutex_);
-        ++calls["readUsageDates"];
-    }
+    count("readUsageDates");
     return usageDates ? *usageDates : LinuxPlatform::readUsageDates();
+}
+
+platform::ImageProbe FaultPlatform::probeImage(const std::string& path) {
+    count("probeImage");
+    return LinuxPlatform::probeImage(path);
+}
+
+bool FaultPlatform::pdfOpens(const std::string& path) {
+    count("pdfOpens");
+    return LinuxPlatform::pdfOpens(path);
+}
+
+Result<std::string> FaultPlatform::decoderVersions() {
+    count("decoderVersions");
+    return decoderVersionsAnswer ? *decoderVersionsAnswer : LinuxPlatform::decoderVersions();
 }
 
 platform::Instant FaultPlatform::now() {

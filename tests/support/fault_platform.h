@@ -32,6 +32,8 @@ public:
     std::optional<platform::Instant> fixedNow;
     // When set, replaces the recently-used list.
     std::optional<platform::UsageDates> usageDates;
+    // When set, the decoders report these versions (or fail to load with this error).
+    std::optional<Result<std::string>> decoderVersionsAnswer;
 
     Result<Fd> openDirectory(const std::string& path) override;
     Result<Fd> openDirectoryAt(const Fd& parent, const std::string& name) override;
@@ -61,6 +63,10 @@ public:
                         std::chrono::milliseconds wait) override;
     platform::UsageDates readUsageDates() override;
     platform::Instant now() override;
+    // Counted in `calls` ("probeImage", "pdfOpens", "decoderVersions"); the hook cannot fail them.
+    platform::ImageProbe probeImage(const std::string& path) override;
+    bool pdfOpens(const std::string& path) override;
+    Result<std::string> decoderVersions() override;
 
     using Hook = std::function<std::optional<Error>(const std::string& operation,
                                                     const std::string& argument)>;
@@ -82,6 +88,8 @@ private:
     // Primitives may be called from several threads; the hook and the counts are used under it.
     std::recursive_mutex mutex_;
     std::optional<Error> check(const std::string& operation, const std::string& argument);
+    // Counts a call the hook is not asked about.
+    void count(const std::string& operation);
 };
 
 }  // namespace quorrin::testing
