@@ -39,7 +39,6 @@ DuplicateAnalysis::DuplicateAnalysis(platform::Platform& platform, unsigned thre
 
 void DuplicateAnalysis::sample(const std::vector<Entry>& entries, std::size_t position) {
     Member& member = members_[position];
-    member.grouped = true;
     member.wholeSample = entries[position].size <= wholeSampleLimit;
     if (const CachedResults* known = lookup_ ? lookup_(position) : nullptr) {
         if (known->sampleDigest)
@@ -159,7 +158,6 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
             std::sort(members.begin(), members.end(), [&](std::size_t a, std::size_t b) {
                 return entries[a].url < entries[b].url;
             });
-            plans[g].sampleGroups.push_back(members);
             // A small file's sample digest already is its full digest: it is not read again.
             for (std::size_t member : members) {
                 Member& m = members_[member];
@@ -167,6 +165,7 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
                     m.fullJob = queue_.add(
                         {.path = entries[member].url, .size = entries[member].size, .full = true});
             }
+            plans[g].sampleGroups.push_back(std::move(members));
         }
         total -= readNoFurther;
         report();

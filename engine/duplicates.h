@@ -39,9 +39,10 @@ struct FileIdentity {
 // the thread that calls finish().
 class DuplicateAnalysis {
 public:
-    // What an earlier job computed for entries[position] (nullptr: nothing). Asked once for
-    // each file that is compared at all, on the thread that calls add(), so that the many files
-    // of a size of their own cost no look-up.
+    // What an earlier job computed for entries[position] (nullptr: nothing); the results must
+    // stay in place while the analysis lives. Asked once for each file that is compared at all,
+    // on the thread that calls add(), so that the many files of a size of their own cost no
+    // look-up.
     using Lookup = std::function<const CachedResults*(std::size_t position)>;
 
     // `threads`: how many threads read and hash; 0 for digestThreads().
@@ -67,11 +68,9 @@ public:
 
 private:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
-    // Per entry: whether it is in a size group, its identity, its digests known from the cache
-    // (pointing into the results the lookup gave), and the queue's jobs for the digests that are
-    // not known (none: no job).
+    // Per entry: its identity, its digests known from the cache (pointing into the results the
+    // lookup gave), and the queue's jobs for the digests that are not known (none: no job).
     struct Member {
-        bool grouped = false;
         bool wholeSample = false;  // a small file, whose sample digest is its full digest
         FileIdentity identity;
         const std::string* knownSample = nullptr;
