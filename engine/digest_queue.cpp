@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 namespace quorrin::Engine {
 
@@ -44,7 +45,7 @@ std::size_t DigestQueue::add(DigestJob job) {
 }
 
 void DigestQueue::work() {
-    std::vector<std::size_t> claimed;
+    std::vector<std::pair<std::size_t, const DigestJob*>> claimed;
     std::vector<platform::Result<std::string>> computed;
     std::unique_lock lock(mutex_);
     for (;;) {
@@ -53,22 +54,24 @@ void DigestQueue::work() {
             return;
         // A run of samples is claimed and handed back at once: taking the lock for every small
         // file made the threads queue for it. A full digest is a run of its own.
+        // The jobs are taken by address under the lock: adding may move the deque's index of its
+        // blocks, never a job itself.
         claimed.clear();
         while (nextClaim_ < jobs_.size() && claimed.size() < claimBatch) {
-            const bool full = jobs_[nextClaim_].full;
-            if (full && !claimed.empty())
+            const DigestJob& job = jobs_[nextClaim_];
+            if (job.full && !claimed.empty())
                 break;
-            claimed.push_back(nextClaim_++);
-            if (full)
+            claimed.emplace_back(nextClaim_++, &job);
+            if (job.full)
                 break;
         }
         lock.unlock();
         computed.clear();
-        for (std::size_t position : claimed)
-            computed.push_back(compute(jobs_[position]));  // never moved nor changed once queued
+        for (const auto& [position, job] : claimed)
+            computed.push_back(compute(*job));
         lock.lock();
         for (std::size_t i = 0; i < claimed.size(); ++i)
-            results_[claimed[i]].emplace(std::move(computed[i]));
+            results_[claimed[i].first].emplace(std::move(computed[i]));
         done_.notify_all();
     }
 }
