@@ -19,18 +19,8 @@ using quorrin::testing::opensPerPathDuring;
 using quorrin::testing::SqliteDiskHarm;
 using quorrin::testing::StoreFixture;
 using quorrin::testing::unavailableLines;
+using quorrin::testing::writeCacheTree;
 using Outcome = quorrin::testing::CheckOutcome;
-
-void buildTree(StoreFixture& f) {
-    const std::string large(200'000, 'L');
-    f.home.writeFile("Documents/large-a.bin", large);
-    f.home.writeFile("Documents/large-b.bin", large);
-    f.home.writeFile("Documents/small-a.txt", "same small");
-    f.home.writeFile("Downloads/small-b.txt", "same small");
-    f.home.writeFile("Documents/other.txt", "different!");
-    f.home.writeFile("Desktop/broken.jpg", "not a picture at all");
-    f.home.writeFile("Documents/empty.txt", "");
-}
 
 // The newest "Results cache unavailable: " line, or "" when there is none.
 std::string newestUnavailableLine(const StoreFixture& f) {
@@ -54,7 +44,7 @@ TEST(ResultsCacheFullDisk, AJobGivesTheResultsOfOneWithoutACacheAndTheNextJobWor
     for (Stage stage : {Stage::none, Stage::made, Stage::kept}) {
         const std::string label = nameOf(stage);
         StoreFixture f;
-        buildTree(f);
+        writeCacheTree(f);
         f.open();
         const std::string path = resultsCachePath(f.platform);
         const std::string added = f.home.path("Documents/small-c.txt");

@@ -18,22 +18,12 @@ using quorrin::testing::checkWithCache;
 using quorrin::testing::opensDuring;
 using quorrin::testing::StoreFixture;
 using quorrin::testing::unavailableLines;
+using quorrin::testing::writeCacheTree;
 using Outcome = quorrin::testing::CheckOutcome;
-
-void buildTree(StoreFixture& f) {
-    const std::string large(200'000, 'L');
-    f.home.writeFile("Documents/large-a.bin", large);
-    f.home.writeFile("Documents/large-b.bin", large);
-    f.home.writeFile("Documents/small-a.txt", "same small");
-    f.home.writeFile("Downloads/small-b.txt", "same small");
-    f.home.writeFile("Documents/other.txt", "different!");
-    f.home.writeFile("Desktop/broken.jpg", "not a picture at all");
-    f.home.writeFile("Documents/empty.txt", "");
-}
 
 TEST(ResultsCacheJob, TheSecondCheckReadsNoUnchangedFile) {
     StoreFixture f;
-    buildTree(f);
+    writeCacheTree(f);
     f.open();
     const Outcome first = checkWithCache(f);
     EXPECT_EQ(first.at(f.home.path("Documents/large-b.bin")).first,
@@ -52,7 +42,7 @@ TEST(ResultsCacheJob, TheSecondCheckReadsNoUnchangedFile) {
 
 TEST(ResultsCacheJob, AFileRewrittenWithItsOldDateIsReadAgain) {
     StoreFixture f;
-    buildTree(f);
+    writeCacheTree(f);
     f.open();
     const std::string b = f.home.path("Documents/large-b.bin");
     ASSERT_TRUE(checkWithCache(f).at(b).first.has_value());
@@ -79,7 +69,7 @@ TEST(ResultsCacheJob, AnUnusableCacheChangesNoResult) {
     const std::vector<std::string> harms = {"corrupt", "truncated", "folder", "locked", "layout"};
     for (const std::string& harm : harms) {
         StoreFixture f;
-        buildTree(f);
+        writeCacheTree(f);
         f.open();
         const Outcome expected = checkWithCache(f, false);
         const std::string path = resultsCachePath(f.platform);
@@ -132,7 +122,7 @@ TEST(ResultsCacheJob, AnUnusableCacheChangesNoResult) {
 // Clearing a verified copy reads both files in full, even when the cache holds both digests.
 TEST(ResultsCacheJob, ClearingDuplicatesReadsBothFilesEvenWhenCached) {
     StoreFixture f;
-    buildTree(f);
+    writeCacheTree(f);
     Store& store = f.open();
     checkWithCache(f);
     checkWithCache(f);  // every digest is now in the cache

@@ -17,17 +17,8 @@ using quorrin::testing::opensDuring;
 using quorrin::testing::SqliteDiskHarm;
 using quorrin::testing::StoreFixture;
 using quorrin::testing::unavailableLines;
+using quorrin::testing::writeCacheTree;
 using Outcome = quorrin::testing::CheckOutcome;
-
-void buildTree(StoreFixture& f) {
-    const std::string large(200'000, 'L');
-    f.home.writeFile("Documents/large-a.bin", large);
-    f.home.writeFile("Documents/large-b.bin", large);
-    f.home.writeFile("Documents/small-a.txt", "same small");
-    f.home.writeFile("Downloads/small-b.txt", "same small");
-    f.home.writeFile("Desktop/broken.jpg", "not a picture at all");
-    f.home.writeFile("Documents/empty.txt", "");
-}
 
 // A cache filled by one job, then a new copy that the next job has results of to keep.
 Outcome fillThenAddAFile(StoreFixture& f) {
@@ -49,7 +40,7 @@ TEST(ResultsCacheReadOnly, OnAReadOnlyMountAJobGivesTheResultsOfOneWithoutACache
     for (bool kept : {false, true}) {
         const std::string label = kept ? "a kept cache" : "no cache yet";
         StoreFixture f;
-        buildTree(f);
+        writeCacheTree(f);
         f.open();
         const Outcome expected = kept ? fillThenAddAFile(f) : checkWithCache(f, false);
         Outcome got;
@@ -71,7 +62,7 @@ TEST(ResultsCacheReadOnly, ByItsModesAJobGivesTheResultsOfOneWithoutACache) {
     for (bool folderToo : {false, true}) {
         const std::string label = folderToo ? "file 0400 in folder 0500" : "file 0400";
         StoreFixture f;
-        buildTree(f);
+        writeCacheTree(f);
         f.open();
         const Outcome expected = fillThenAddAFile(f);
         const std::string path = resultsCachePath(f.platform);

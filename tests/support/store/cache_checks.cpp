@@ -12,6 +12,17 @@ CheckOutcome outcomeOf(const store::Store& store) {
     return outcome;
 }
 
+void writeCacheTree(StoreFixture& f) {
+    const std::string large(200'000, 'L');
+    f.home.writeFile("Documents/large-a.bin", large);
+    f.home.writeFile("Documents/large-b.bin", large);
+    f.home.writeFile("Documents/small-a.txt", "same small");
+    f.home.writeFile("Downloads/small-b.txt", "same small");
+    f.home.writeFile("Documents/other.txt", "different!");
+    f.home.writeFile("Desktop/broken.jpg", "not a picture at all");
+    f.home.writeFile("Documents/empty.txt", "");
+}
+
 CheckOutcome checkWithCache(StoreFixture& f, bool cache) {
     store::Store& store = *f.store;
     store.setUseResultsCache(cache);

@@ -17,6 +17,10 @@ using CheckOutcome =
 
 CheckOutcome outcomeOf(const store::Store& store);
 
+// The tree the cache tests check: two large copies (read whole), two small copies (their sample
+// is their full digest), a file of its own, a broken image and an empty file.
+void writeCacheTree(StoreFixture& f);
+
 // Checks duplicates and health at once, with the results cache or without it, and waits for the
 // job to end.
 CheckOutcome checkWithCache(StoreFixture& f, bool cache = true);
