@@ -52,10 +52,10 @@ void DigestQueue::work() {
         queued_.wait(lock, [&] { return stopping_ || nextClaim_ < jobs_.size(); });
         if (stopping_)
             return;
-        // A run of samples is claimed and handed back at once: taking the lock for every small
-        // file made the threads queue for it. A full digest is a run of its own.
-        // The jobs are taken by address under the lock: adding may move the deque's index of its
-        // blocks, never a job itself.
+        // A run of up to claimBatch samples is claimed and handed back under one lock each way
+        // (taking the lock for every small file made the threads queue for it); a full digest is
+        // a run of its own. Jobs are held by address, taken under the lock: adding may move the
+        // deque's index of its blocks, never a job itself.
         claimed.clear();
         while (nextClaim_ < jobs_.size() && claimed.size() < claimBatch) {
             const DigestJob& job = jobs_[nextClaim_];
