@@ -37,18 +37,11 @@ public:
     void update(const std::byte* data, std::size_t size) {
         EVP_DigestUpdate(context_.get(), data, size);
     }
-    std::string hex() {
-        unsigned char value[EVP_MAX_MD_SIZE];
+    ContentDigest value() {
+        ContentDigest result;
         unsigned int length = 0;
-        EVP_DigestFinal_ex(context_.get(), value, &length);
-        static constexpr char digits[] = "0123456789abcdef";
-        std::string text;
-        text.reserve(length * 2);
-        for (unsigned int i = 0; i < length; ++i) {
-            text.push_back(digits[value[i] >> 4]);
-            text.push_back(digits[value[i] & 0x0F]);
-        }
-        return text;
+        EVP_DigestFinal_ex(context_.get(), result.bytes.data(), &length);
+        return result;
     }
 
 private:
@@ -90,8 +83,8 @@ platform::Status hashSpan(platform::Platform& platform, const platform::Fd& file
 
 }  // namespace
 
-Result<std::string> digest(const std::string& path, platform::Platform& platform,
-                           const BytesRead& bytesRead, const StopRequest& stop) {
+Result<ContentDigest> digest(const std::string& path, platform::Platform& platform,
+                             const BytesRead& bytesRead, const StopRequest& stop) {
     auto file = platform.openForReading(path);
     if (!file)
         return file.error();
@@ -109,11 +102,11 @@ Result<std::string> digest(const std::string& path, platform::Platform& platform
         if (bytesRead)
             bytesRead(*n);
     }
-    return sha.hex();
+    return sha.value();
 }
 
-Result<std::string> sampleDigest(const std::string& path, std::int64_t size,
-                                 platform::Platform& platform) {
+Result<ContentDigest> sampleDigest(const std::string& path, std::int64_t size,
+                                   platform::Platform& platform) {
     auto file = platform.openForReading(path);
     if (!file)
         return file.error();
@@ -124,7 +117,7 @@ Result<std::string> sampleDigest(const std::string& path, std::int64_t size,
         std::span<std::byte> whole = readBuffer(fullDigestChunkSize);
         if (auto all = hashSpan(platform, *file, sha, whole, 0, INT64_MAX); !all)
             return all.error();
-        return sha.hex();
+        return sha.value();
     }
     std::span<std::byte> buffer = readBuffer(sampleBlockSize);
     if (auto head = hashSpan(platform, *file, sha, buffer, 0, sampleBlockSize); !head)
@@ -135,7 +128,7 @@ Result<std::string> sampleDigest(const std::string& path, std::int64_t size,
         if (auto tail = hashSpan(platform, *file, sha, buffer, tailStart, sampleBlockSize); !tail)
             return tail.error();
     }
-    return sha.hex();
+    return sha.value();
 }
 
 }  // namespace quorrin::Engine

@@ -46,7 +46,7 @@ std::size_t DigestQueue::add(DigestJob job) {
 
 void DigestQueue::work() {
     std::vector<std::pair<std::size_t, const DigestJob*>> claimed;
-    std::vector<platform::Result<std::string>> computed;
+    std::vector<platform::Result<ContentDigest>> computed;
     std::unique_lock lock(mutex_);
     for (;;) {
         queued_.wait(lock, [&] { return stopping_ || nextClaim_ < jobs_.size(); });
@@ -76,7 +76,7 @@ void DigestQueue::work() {
     }
 }
 
-platform::Result<std::string> DigestQueue::compute(const DigestJob& job) {
+platform::Result<ContentDigest> DigestQueue::compute(const DigestJob& job) {
     // Counted as read, up to what the job was reckoned to read, so that the sum stays exact
     // whatever the file holds now.
     const std::int64_t planned = jobReadBytes(job.size, job.full);
@@ -89,15 +89,16 @@ platform::Result<std::string> DigestQueue::compute(const DigestJob& job) {
         bytesDone_.fetch_add(added, std::memory_order_relaxed);
         done_.notify_all();  // a waiter may report how far the reading is
     };
-    platform::Result<std::string> result = stop_.requested() ? platform::Error::fromErrno(ECANCELED)
-                                           : job.full ? digest(job.path, platform_, count, stop_)
-                                                      : sampleDigest(job.path, job.size, platform_);
+    platform::Result<ContentDigest> result =
+        stop_.requested() ? platform::Error::fromErrno(ECANCELED)
+        : job.full        ? digest(job.path, platform_, count, stop_)
+                          : sampleDigest(job.path, job.size, platform_);
     bytesDone_.fetch_add(planned - counted, std::memory_order_relaxed);
     return result;
 }
 
-const platform::Result<std::string>& DigestQueue::wait(std::size_t position,
-                                                       const std::function<void()>& meanwhile) {
+const platform::Result<ContentDigest>& DigestQueue::wait(std::size_t position,
+                                                         const std::function<void()>& meanwhile) {
     std::unique_lock lock(mutex_);
     // Jobs queued since the last wake-up are started now, before this one is waited for.
     if (!results_[position].has_value() && nextClaim_ < jobs_.size())

@@ -1,6 +1,7 @@
 // DigestQueue: content digests computed on worker threads, handed out by position.
 #pragma once
 
+#include "engine/content_digest.h"
 #include "engine/stop_request.h"
 #include "platform/platform.h"
 
@@ -42,8 +43,8 @@ public:
     std::size_t add(DigestJob job);
     // The digest of the job at `position`, or the error that stopped it. `meanwhile` is called
     // (without the queue's lock) before each wait and whenever a worker has read more.
-    const platform::Result<std::string>& wait(std::size_t position,
-                                              const std::function<void()>& meanwhile = {});
+    const platform::Result<ContentDigest>& wait(std::size_t position,
+                                                const std::function<void()>& meanwhile = {});
     // The bytes read so far: of a full digest as it goes, each job counted as jobReadBytes once it
     // is over (also when it failed), from any thread.
     std::int64_t bytesDone() const { return bytesDone_.load(std::memory_order_relaxed); }
@@ -53,7 +54,7 @@ private:
     static constexpr std::size_t wakeBatch = 16;
     static constexpr std::size_t claimBatch = 8;
     void work();
-    platform::Result<std::string> compute(const DigestJob& job);
+    platform::Result<ContentDigest> compute(const DigestJob& job);
 
     const unsigned threads_;
     platform::Platform& platform_;
@@ -63,7 +64,7 @@ private:
     std::condition_variable done_;
     // Guarded by mutex_; deques, so that adding never moves what a worker or waiter refers to.
     std::deque<DigestJob> jobs_;
-    std::deque<std::optional<platform::Result<std::string>>> results_;
+    std::deque<std::optional<platform::Result<ContentDigest>>> results_;
     std::size_t nextClaim_ = 0;
     bool stopping_ = false;
     std::vector<std::thread> workers_;  // touched by the adding thread only

@@ -6,8 +6,6 @@
 
 #include <algorithm>
 #include <map>
-#include <string_view>
-#include <unordered_map>
 
 namespace quorrin::Engine {
 namespace {
@@ -51,21 +49,21 @@ void DuplicateAnalysis::sample(const std::vector<Entry>& entries, std::size_t po
             queue_.add({.path = entries[position].url, .size = entries[position].size});
 }
 
-const std::string* DuplicateAnalysis::read(std::size_t job,
-                                           const std::function<void()>& meanwhile) {
+const ContentDigest* DuplicateAnalysis::read(std::size_t job,
+                                             const std::function<void()>& meanwhile) {
     if (job == none)
         return nullptr;
     const auto& digest = queue_.wait(job, meanwhile);
     return digest ? &*digest : nullptr;
 }
 
-const std::string* DuplicateAnalysis::sampleOf(const Member& member,
-                                               const std::function<void()>& meanwhile) {
+const ContentDigest* DuplicateAnalysis::sampleOf(const Member& member,
+                                                 const std::function<void()>& meanwhile) {
     return member.knownSample != nullptr ? member.knownSample : read(member.sampleJob, meanwhile);
 }
 
-const std::string* DuplicateAnalysis::fullOf(const Member& member,
-                                             const std::function<void()>& meanwhile) {
+const ContentDigest* DuplicateAnalysis::fullOf(const Member& member,
+                                               const std::function<void()>& meanwhile) {
     if (member.wholeSample)
         return sampleOf(member, meanwhile);
     return member.knownFull != nullptr ? member.knownFull : read(member.fullJob, meanwhile);
@@ -132,27 +130,40 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
     // First pass: each size group's samples, grouped exactly as the one-thread walk groups them;
     // the full digests of each sample group are queued as soon as it is known.
     std::vector<SizeGroupPlan> plans(groups.size());
+    std::vector<std::pair<const ContentDigest*, std::size_t>> bySample;
     for (std::size_t g = 0; g < groups.size(); ++g) {
-        // An ordered map keeps the visiting order of sample groups deterministic. Its keys are
-        // the queue's or the cache's own digests, which stay in place.
-        std::map<std::string_view, std::vector<std::size_t>> bySample;
         if (stop_.requested())
             return;
+        // The members by sample digest and then by list position: equal samples side by side,
+        // each run in list order, and the runs in digest order, which keeps the visiting order
+        // of sample groups repeatable. The digests are the queue's or the cache's own, which
+        // stay in place.
+        bySample.clear();
         for (std::size_t member : groups[g]) {
-            const std::string* sampled = sampleOf(members_[member], report);
+            const ContentDigest* sampled = sampleOf(members_[member], report);
             report();
             if (sampled == nullptr)
                 plans[g].notes.push_back("Could not sample " + nameOf(entries[member]));
             else
-                bySample[*sampled].push_back(member);
+                bySample.emplace_back(sampled, member);
         }
+        std::sort(bySample.begin(), bySample.end(), [](const auto& a, const auto& b) {
+            return *a.first != *b.first ? *a.first < *b.first : a.second < b.second;
+        });
         // Files whose sample is unique, or that could not be sampled, are read no further.
         std::int64_t readNoFurther = 0;
         for (std::size_t member : groups[g])
             readNoFurther += fullBytes(member);
-        for (auto& [digest, members] : bySample) {
-            if (members.size() < 2)
+        for (auto run = bySample.begin(); run != bySample.end();) {
+            auto end = std::find_if(run, bySample.end(),
+                                    [&](const auto& other) { return *other.first != *run->first; });
+            if (end - run < 2) {
+                run = end;
                 continue;
+            }
+            std::vector<std::size_t> members;
+            for (; run != end; ++run)
+                members.push_back(run->second);
             for (std::size_t member : members)
                 readNoFurther -= fullBytes(member);
             std::sort(members.begin(), members.end(), [&](std::size_t a, std::size_t b) {
@@ -177,14 +188,14 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
     for (const SizeGroupPlan& plan : plans) {
         notes.insert(notes.end(), plan.notes.begin(), plan.notes.end());
         for (const auto& group : plan.sampleGroups) {
-            std::unordered_map<std::string_view, std::size_t> firstWithDigest;
+            std::map<ContentDigest, std::size_t> firstWithDigest;
             for (std::size_t member : group) {
                 if (stop_.requested())
                     return;
                 Entry& entry = entries[member];
                 if (progress)
                     progress("Comparing content • " + nameOf(entry));
-                const std::string* full = fullOf(members_[member], report);
+                const ContentDigest* full = fullOf(members_[member], report);
                 report();
                 if (full == nullptr) {
                     notes.push_back("Could not compare " + nameOf(entry));
@@ -202,11 +213,11 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
     }
 }
 
-const std::string* DuplicateAnalysis::sampleDigestRead(std::size_t position) {
+const ContentDigest* DuplicateAnalysis::sampleDigestRead(std::size_t position) {
     return read(members_[position].sampleJob);
 }
 
-const std::string* DuplicateAnalysis::fullDigestRead(std::size_t position) {
+const ContentDigest* DuplicateAnalysis::fullDigestRead(std::size_t position) {
     // A small file's full digest is its sample's, kept once.
     return read(members_[position].fullJob);
 }

@@ -63,8 +63,8 @@ public:
     // After finish(): the sample and full digests of entries[position] that this analysis read
     // itself, for the cache to keep; nullptr when it read none (never needed, known from the
     // cache already, or not readable).
-    const std::string* sampleDigestRead(std::size_t position);
-    const std::string* fullDigestRead(std::size_t position);
+    const ContentDigest* sampleDigestRead(std::size_t position);
+    const ContentDigest* fullDigestRead(std::size_t position);
 
 private:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
@@ -73,8 +73,8 @@ private:
     struct Member {
         bool wholeSample = false;  // a small file, whose sample digest is its full digest
         FileIdentity identity;
-        const std::string* knownSample = nullptr;
-        const std::string* knownFull = nullptr;
+        const ContentDigest* knownSample = nullptr;
+        const ContentDigest* knownFull = nullptr;
         std::size_t sampleJob = none;
         std::size_t fullJob = none;
     };
@@ -82,9 +82,9 @@ private:
     // Queues the sample digest of entries[position], unless the cache knows it.
     void sample(const std::vector<Entry>& entries, std::size_t position);
     // A member's digests, known or read (waiting for the read); nullptr when it could not be read.
-    const std::string* sampleOf(const Member& member, const std::function<void()>& meanwhile);
-    const std::string* fullOf(const Member& member, const std::function<void()>& meanwhile);
-    const std::string* read(std::size_t job, const std::function<void()>& meanwhile = {});
+    const ContentDigest* sampleOf(const Member& member, const std::function<void()>& meanwhile);
+    const ContentDigest* fullOf(const Member& member, const std::function<void()>& meanwhile);
+    const ContentDigest* read(std::size_t job, const std::function<void()>& meanwhile = {});
 
     DigestQueue queue_;
     StopRequest stop_;

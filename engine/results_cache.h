@@ -1,6 +1,7 @@
 // ResultsCache: what earlier jobs computed about a file, found again by the file's identity.
 #pragma once
 
+#include "engine/content_digest.h"
 #include "platform/file_info.h"
 
 #include <cstdint>
@@ -24,8 +25,8 @@ CacheKey cacheKeyOf(const platform::FileInfo& info);
 
 // The results kept for one file; each is absent until a job has computed it.
 struct CachedResults {
-    std::optional<std::string> sampleDigest;
-    std::optional<std::string> fullDigest;
+    std::optional<ContentDigest> sampleDigest;
+    std::optional<ContentDigest> fullDigest;
     // The health finding (absent: the file is healthy) with the version of the decoders that
     // gave it; healthChecked says whether the check has run at all.
     bool healthChecked = false;

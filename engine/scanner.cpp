@@ -98,11 +98,11 @@ private:
             if (key == CacheKey{})
                 continue;
             if (duplicates_) {
-                if (const std::string* sample = duplicates_->sampleDigestRead(known.position)) {
+                if (const ContentDigest* sample = duplicates_->sampleDigestRead(known.position)) {
                     known.results.sampleDigest = *sample;
                     known.changed = true;
                 }
-                if (const std::string* full = duplicates_->fullDigestRead(known.position)) {
+                if (const ContentDigest* full = duplicates_->fullDigestRead(known.position)) {
                     known.results.fullDigest = *full;
                     known.changed = true;
                 }

@@ -32,37 +32,14 @@ constexpr const char* createTable =
     " sample BLOB, full BLOB, checked INTEGER NOT NULL, finding TEXT, decoders TEXT,"
     " seen INTEGER NOT NULL, PRIMARY KEY(device, inode)) WITHOUT ROWID";
 
-// Digests travel as 64 hexadecimal digits and are kept as their 32 bytes; anything else is no
-// digest.
-bool bytesOfHex(const std::optional<std::string>& hex, std::array<unsigned char, 32>& bytes) {
-    if (!hex || hex->size() != 2 * bytes.size())
-        return false;
-    auto value = [](char c) { return c <= '9' ? c - '0' : c - 'a' + 10; };
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        bytes[i] = static_cast<unsigned char>(value((*hex)[2 * i]) << 4 | value((*hex)[2 * i + 1]));
-    return true;
-}
-
-std::string hexOfBytes(const void* data, int size) {
-    static constexpr char digits[] = "0123456789abcdef";
-    const auto* bytes = static_cast<const unsigned char*>(data);
-    std::string hex(static_cast<std::size_t>(size) * 2, '\0');
-    char* out = hex.data();
-    for (int i = 0; i < size; ++i) {
-        *out++ = digits[bytes[i] >> 4];
-        *out++ = digits[bytes[i] & 0x0F];
-    }
-    return hex;
-}
-
 // Bound without copying: the row outlives the statement's step.
 void bindDigest(sqlite3_stmt* statement, int index, bool present,
-                const std::array<unsigned char, 32>& bytes) {
+                const Engine::ContentDigest& digest) {
     if (!present)
         sqlite3_bind_null(statement, index);
     else
-        sqlite3_bind_blob(statement, index, bytes.data(), static_cast<int>(bytes.size()),
-                          SQLITE_STATIC);
+        sqlite3_bind_blob(statement, index, digest.bytes.data(),
+                          static_cast<int>(digest.bytes.size()), SQLITE_STATIC);
 }
 
 void bindText(sqlite3_stmt* statement, int index, const std::vector<std::string>& texts, int text) {
@@ -271,10 +248,11 @@ bool ResultsDatabase::load() {
                  .checked = sqlite3_column_int(row, 7) != 0,
                  .finding = textIndex(row, 8),
                  .decoders = textIndex(row, 9)};
-        const auto copyDigest = [&](int column, std::array<unsigned char, 32>& to) {
-            if (sqlite3_column_bytes(row, column) != static_cast<int>(to.size()))
+        const auto copyDigest = [&](int column, Engine::ContentDigest& to) {
+            const void* blob = sqlite3_column_blob(row, column);
+            if (sqlite3_column_bytes(row, column) != static_cast<int>(to.bytes.size()))
                 return false;
-            std::memcpy(to.data(), sqlite3_column_blob(row, column), to.size());
+            std::memcpy(to.bytes.data(), blob, to.bytes.size());
             return true;
         };
         kept.hasSample = copyDigest(5, kept.sample);
@@ -303,13 +281,11 @@ std::optional<CachedResults> ResultsDatabase::find(const CacheKey& key) {
     const auto text = [&](int index) {
         return index < 0 ? std::nullopt : std::optional<std::string>(texts_[index]);
     };
-    CachedResults results{
-        .sampleDigest =
-            row.hasSample ? std::optional(hexOfBytes(row.sample.data(), 32)) : std::nullopt,
-        .fullDigest = row.hasFull ? std::optional(hexOfBytes(row.full.data(), 32)) : std::nullopt,
-        .healthChecked = row.checked,
-        .healthFinding = text(row.finding),
-        .decoderVersion = text(row.decoders).value_or("")};
+    CachedResults results{.sampleDigest = row.hasSample ? std::optional(row.sample) : std::nullopt,
+                          .fullDigest = row.hasFull ? std::optional(row.full) : std::nullopt,
+                          .healthChecked = row.checked,
+                          .healthFinding = text(row.finding),
+                          .decoderVersion = text(row.decoders).value_or("")};
     if (row.seen < now_ - seenRefreshSeconds)
         seen_.emplace_back(key.device, key.inode);
     return results;
@@ -329,8 +305,10 @@ void ResultsDatabase::remember(const CacheKey& key, const CachedResults& results
                 .finding = results.healthFinding ? textIndex(*results.healthFinding) : -1,
                 // Only a health check has decoders to name; NULL costs nothing to read back.
                 .decoders = results.healthChecked ? textIndex(results.decoderVersion) : -1};
-        row.hasSample = bytesOfHex(results.sampleDigest, row.sample);
-        row.hasFull = bytesOfHex(results.fullDigest, row.full);
+        row.hasSample = results.sampleDigest.has_value();
+        row.hasFull = results.fullDigest.has_value();
+        row.sample = results.sampleDigest.value_or(Engine::ContentDigest{});
+        row.full = results.fullDigest.value_or(Engine::ContentDigest{});
         pending_.push_back(row);
     }
 }

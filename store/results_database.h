@@ -4,7 +4,6 @@
 #include "engine/results_cache.h"
 #include "platform/platform.h"
 
-#include <array>
 #include <chrono>
 #include <cstdint>
 #include <mutex>
@@ -54,7 +53,7 @@ private:
     struct Row {
         std::uint64_t device = 0, inode = 0;
         std::int64_t size = 0, modified = 0, changed = 0, seen = 0;
-        std::array<unsigned char, 32> sample{}, full{};
+        Engine::ContentDigest sample, full;
         bool hasSample = false, hasFull = false, checked = false;
         int finding = -1;  // -1: none
         int decoders = -1;

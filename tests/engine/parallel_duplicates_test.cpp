@@ -66,8 +66,9 @@ Outcome reference(std::vector<Entry> entries, const std::vector<FileIdentity>& i
                 notes.push_back("Could not sample " +
                                 std::string(lastComponent(entries[member].url)));
             } else {
-                bySample[*sample].push_back(member);
-                sampleOf[member] = *sample;
+                // Grouped by the digests' text, as the analysis' byte order must group them.
+                bySample[sample->hex()].push_back(member);
+                sampleOf[member] = sample->hex();
             }
         }
         for (auto& [sample, group] : bySample) {
@@ -81,9 +82,11 @@ Outcome reference(std::vector<Entry> entries, const std::vector<FileIdentity>& i
                 const std::string name(lastComponent(entries[member].url));
                 progress.push_back("Comparing content • " + name);
                 // A file read whole by its sample is not read again.
-                auto full = entries[member].size <= wholeSampleLimit
-                                ? platform::Result<std::string>(sampleOf[member])
-                                : digest(entries[member].url, platform);
+                std::optional<std::string> full;
+                if (entries[member].size <= wholeSampleLimit)
+                    full = sampleOf[member];
+                else if (auto read = digest(entries[member].url, platform))
+                    full = read->hex();
                 if (!full) {
                     notes.push_back("Could not compare " + name);
                     continue;

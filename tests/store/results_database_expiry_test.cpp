@@ -18,8 +18,9 @@ using Engine::CacheKey;
 using quorrin::testing::FaultPlatform;
 using quorrin::testing::TempHome;
 
-const CachedResults someResults{.sampleDigest = std::string(64, 'a'),
-                                .fullDigest = std::string(64, 'b')};
+const CachedResults someResults{
+    .sampleDigest = Engine::ContentDigest::fromHex(std::string(64, 'a')),
+    .fullDigest = Engine::ContentDigest::fromHex(std::string(64, 'b'))};
 
 CacheKey keyOf(std::uint64_t inode) {
     return {.device = 1, .inode = inode, .size = 10, .modifiedNs = 20, .changedNs = 30};

@@ -33,8 +33,9 @@ CacheKey keyOf(const std::string& path) {
 }
 
 const CachedResults someResults{
-    .sampleDigest = std::string(64, 'a'),
-    .fullDigest = "0123456789abcdef0123456789abcdef0123456789abcdef0123456789abcdef",
+    .sampleDigest = Engine::ContentDigest::fromHex(std::string(64, 'a')),
+    .fullDigest = Engine::ContentDigest::fromHex(
+        "0123456789abcdef0123456789abcdef0123456789abcdef0123456789abcdef"),
     .healthChecked = true,
     .healthFinding = "Image could not be decoded",
     .decoderVersion = "vips 8.14.1 • poppler 22.12.0"};
