@@ -30,12 +30,30 @@ struct SizeGroupPlan {
 }  // namespace
 
 DuplicateAnalysis::DuplicateAnalysis(platform::Platform& platform, unsigned threads,
-                                     StopRequest stop, Lookup lookup)
+                                     StopRequest stop, Lookup lookup, LookupReady lookupReady)
     : queue_(threads == 0 ? digestThreads() : threads, platform, stop),
       stop_(std::move(stop)),
-      lookup_(std::move(lookup)) {}
+      lookup_(std::move(lookup)),
+      lookupReady_(std::move(lookupReady)) {}
 
 void DuplicateAnalysis::sample(const std::vector<Entry>& entries, std::size_t position) {
+    if (lookup_ && lookupReady_ && (!setAside_.empty() || !lookupReady_())) {
+        setAside_.push_back(position);
+        sampleSetAside(entries, false);
+        return;
+    }
+    sampleNow(entries, position);
+}
+
+void DuplicateAnalysis::sampleSetAside(const std::vector<Entry>& entries, bool wait) {
+    if (setAside_.empty() || (!wait && !lookupReady_()))
+        return;
+    for (std::size_t position : setAside_)
+        sampleNow(entries, position);
+    setAside_.clear();
+}
+
+void DuplicateAnalysis::sampleNow(const std::vector<Entry>& entries, std::size_t position) {
     Member& member = members_[position];
     member.wholeSample = entries[position].size <= wholeSampleLimit;
     if (const CachedResults* known = lookup_ ? lookup_(position) : nullptr) {
@@ -91,6 +109,7 @@ void DuplicateAnalysis::add(const std::vector<Entry>& entries, std::size_t posit
 
 void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::string>& notes,
                                const Progress& progress, const ProgressAmount& amount) {
+    sampleSetAside(entries, true);
     // Size groups in the order of their first members, so that notes arrive in a repeatable
     // order; each lists its members in list order.
     std::vector<std::vector<std::size_t>> groups = std::move(groups_);

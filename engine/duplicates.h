@@ -44,12 +44,17 @@ public:
     // on the thread that calls add(), so that the many files of a size of their own cost no
     // look-up.
     using Lookup = std::function<const CachedResults*(std::size_t position)>;
+    // Whether the lookup answers without waiting. Until it does, the files to sample are set
+    // aside, so that the walk goes on while the cache is read; they are looked up (and queued)
+    // together once it answers, at the latest in finish().
+    using LookupReady = std::function<bool()>;
 
     // `threads`: how many threads read and hash; 0 for digestThreads().
     // A stop requested through `stop` abandons the reading; finish() then returns at once, with
     // the marks incomplete (the caller discards them).
     explicit DuplicateAnalysis(platform::Platform& platform = platform::system(),
-                               unsigned threads = 0, StopRequest stop = {}, Lookup lookup = {});
+                               unsigned threads = 0, StopRequest stop = {}, Lookup lookup = {},
+                               LookupReady lookupReady = {});
 
     // Called for each entry of `entries` in turn (positions 0, 1, 2, …) as soon as the walk has
     // appended it, with what it names; earlier entries must still be in the list.
@@ -79,8 +84,12 @@ private:
         std::size_t fullJob = none;
     };
 
-    // Queues the sample digest of entries[position], unless the cache knows it.
+    // Queues the sample digest of entries[position], unless the cache knows it; sets it aside
+    // while the lookup is not ready.
     void sample(const std::vector<Entry>& entries, std::size_t position);
+    void sampleNow(const std::vector<Entry>& entries, std::size_t position);
+    // Samples what was set aside, in the order it came; `wait`: even if the lookup is not ready.
+    void sampleSetAside(const std::vector<Entry>& entries, bool wait);
     // A member's digests, known or read (waiting for the read); nullptr when it could not be read.
     const ContentDigest* sampleOf(const Member& member, const std::function<void()>& meanwhile);
     const ContentDigest* fullOf(const Member& member, const std::function<void()>& meanwhile);
@@ -89,6 +98,8 @@ private:
     DigestQueue queue_;
     StopRequest stop_;
     Lookup lookup_;
+    LookupReady lookupReady_;
+    std::vector<std::size_t> setAside_;
     // Per size: its first entry, and its group in groups_ once a second entry of that size has
     // turned up (none until then).
     struct SizeSeen {

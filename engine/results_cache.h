@@ -40,6 +40,8 @@ struct CachedResults {
 class ResultsCache {
 public:
     virtual ~ResultsCache() = default;
+    // Whether find() answers at once; a cache still being read makes it wait.
+    virtual bool ready() const { return true; }
     // The results kept for exactly this identity.
     virtual std::optional<CachedResults> find(const CacheKey& key) = 0;
     // Replaces what is kept for the file `key` names (the row of an older state goes).

@@ -54,9 +54,13 @@ public:
             usage_ = platform.readUsageDates();
         if (request.compareDuplicates) {
             DuplicateAnalysis::Lookup lookup;
-            if (request.cache)
+            DuplicateAnalysis::LookupReady lookupReady;
+            if (request.cache) {
                 lookup = [this](std::size_t position) { return &knownAt(position).results; };
-            duplicates_.emplace(platform, 0, request.stop, std::move(lookup));
+                lookupReady = [cache = request.cache] { return cache->ready(); };
+            }
+            duplicates_.emplace(platform, 0, request.stop, std::move(lookup),
+                                std::move(lookupReady));
         }
     }
 

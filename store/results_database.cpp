@@ -72,7 +72,10 @@ ResultsDatabase::ResultsDatabase(std::string path, platform::Platform& platform,
     now_ = std::chrono::duration_cast<std::chrono::seconds>(platform_.now().time_since_epoch())
                .count();
     // Read on a thread of its own, while the job's walk begins: the first use waits for it.
-    opener_ = std::thread([this] { open(); });
+    opener_ = std::thread([this] {
+        open();
+        openedFlag_.store(true, std::memory_order_release);
+    });
 }
 
 ResultsDatabase::~ResultsDatabase() {
@@ -80,7 +83,7 @@ ResultsDatabase::~ResultsDatabase() {
     close();
 }
 
-void ResultsDatabase::ready() const {
+void ResultsDatabase::waitUntilOpen() const {
     std::call_once(opened_, [this] { opener_.join(); });
 }
 
@@ -276,7 +279,7 @@ bool ResultsDatabase::load() {
 }
 
 std::optional<CachedResults> ResultsDatabase::find(const CacheKey& key) {
-    ready();
+    waitUntilOpen();
     std::lock_guard lock(mutex_);
     const Row wanted{.device = key.device, .inode = key.inode};
     auto found = std::lower_bound(rows_.begin(), rows_.end(), wanted, identityBefore);
@@ -299,7 +302,7 @@ std::optional<CachedResults> ResultsDatabase::find(const CacheKey& key) {
 }
 
 void ResultsDatabase::remember(const CacheKey& key, const CachedResults& results) {
-    ready();
+    waitUntilOpen();
     std::lock_guard lock(mutex_);
     if (db_ != nullptr && access_ == Access::readWrite) {
         Row row{.device = key.device,
@@ -321,7 +324,7 @@ void ResultsDatabase::remember(const CacheKey& key, const CachedResults& results
 }
 
 void ResultsDatabase::commit() {
-    ready();
+    waitUntilOpen();
     std::lock_guard lock(mutex_);
     if (db_ == nullptr || access_ == Access::readOnly)
         return;
@@ -403,7 +406,7 @@ void ResultsDatabase::commit() {
 }
 
 std::optional<std::string> ResultsDatabase::unavailable() const {
-    ready();
+    waitUntilOpen();
     std::lock_guard lock(mutex_);
     return unavailable_;
 }

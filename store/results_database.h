@@ -4,6 +4,7 @@
 #include "engine/results_cache.h"
 #include "platform/platform.h"
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <mutex>
@@ -43,6 +44,8 @@ public:
     void remember(const Engine::CacheKey& key, const Engine::CachedResults& results) override;
     void commit() override;
     std::optional<std::string> unavailable() const override;
+    // Whether the database has been opened and read, without waiting for it.
+    bool ready() const override { return openedFlag_.load(std::memory_order_acquire); }
 
     // Empties the database at `path` (removes it and its journal files); a missing one is empty.
     static platform::Status clear(const std::string& path,
@@ -63,7 +66,7 @@ private:
     }
 
     // Waits until the database has been opened and read.
-    void ready() const;
+    void waitUntilOpen() const;
     bool open();
     bool openOnce();
     bool prepareLayout();
@@ -80,6 +83,7 @@ private:
     mutable std::mutex mutex_;
     mutable std::thread opener_;
     mutable std::once_flag opened_;
+    std::atomic<bool> openedFlag_{false};  // set by the opener once it is done
     sqlite3* db_ = nullptr;
     std::optional<std::string> unavailable_;
     bool damaged_ = false;     // the last layout check or load found the file damaged
