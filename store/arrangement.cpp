@@ -253,7 +253,10 @@ ArrangementResult arrange(const ArrangementRequest& request, platform::Platform&
     if (request.plan) {
         run.carryOut(*request.plan);
     } else {
-        run.carryOut(planStart({.files = request.files,
+        std::span<const Entry> files;
+        if (request.files)
+            files = *request.files;
+        run.carryOut(planStart({.files = files,
                                 .autoDuplicates = request.autoDuplicates,
                                 .kept = request.kept,
                                 .historyError = unreadable},

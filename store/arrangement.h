@@ -5,6 +5,7 @@
 #include "engine/move_record.h"
 #include "engine/stop_request.h"
 #include "platform/platform.h"
+#include "store/shared_entries.h"
 #include "store/start_plan.h"
 
 #include <optional>
@@ -16,7 +17,7 @@
 namespace quorrin::store {
 
 struct ArrangementRequest {
-    std::vector<Engine::Entry> files;  // as the scan found them
+    SharedEntries files;  // as the scan found them; none when absent
     bool autoDuplicates = true;
     std::set<std::string> kept;
     std::string historyPath;
