@@ -165,7 +165,7 @@ void Store::finishArrangement(ArrangementResult outcome, std::vector<std::string
         setBusy(false);
         return;
     }
-    if (outcome.historyRewritten)
+    if (outcome.historySaved)
         undoneUnsaved_.clear();
     if (!outcome.historyError) {
         moves_ = std::move(outcome.history);
