@@ -169,7 +169,7 @@ private:
             MoveRecord record{file.url, target};
             if (auto written = writer_.append(record); !written)
                 return written.error();
-            result_.historyRewritten = true;
+            result_.historySaved = true;
             const std::string targetName(Engine::lastComponent(target));
             auto moved = platform_.moveNoReplaceInto(file.url, *folder, targetName);
             if (moved) {
@@ -240,12 +240,13 @@ ArrangementResult arrange(const ArrangementRequest& request, platform::Platform&
         return result;
     }
     // Start from the history as it is on disk now: another process may have added to it.
-    auto history = HistoryFile(request.historyPath, platform).load();
+    auto stored = HistoryFile(request.historyPath, platform).loadText();
     std::optional<Error> unreadable;
-    if (history) {
-        result.history = withoutUndone(*history, request.undone);
+    if (stored) {
+        result.history = withoutUndone(
+            *stored ? decodeHistory(**stored) : std::vector<MoveRecord>{}, request.undone);
     } else {
-        unreadable = history.error();
+        unreadable = stored.error();
         result.historyError = unreadable->description;
     }
     HistoryWriter writer(request.historyPath, result.history, platform);
@@ -253,7 +254,10 @@ ArrangementResult arrange(const ArrangementRequest& request, platform::Platform&
     if (request.plan) {
         run.carryOut(*request.plan);
     } else {
-        run.carryOut(planStart({.files = request.files,
+        std::span<const Entry> files;
+        if (request.files)
+            files = *request.files;
+        run.carryOut(planStart({.files = files,
                                 .autoDuplicates = request.autoDuplicates,
                                 .kept = request.kept,
                                 .historyError = unreadable},
@@ -263,11 +267,12 @@ ArrangementResult arrange(const ArrangementRequest& request, platform::Platform&
         return result;  // rewriting the history would drop the records that could not be read
 
     // The history written before the last move attempted also lists that move, which may have
-    // failed: the final write lists exactly the moves that happened.
-    if (auto saved = HistoryFile(request.historyPath, platform).write(writer.records()); !saved)
+    // failed: the final write lists exactly the moves that happened. A run that wrote nothing and
+    // had nothing to drop finds that history on disk already, and leaves the file alone.
+    if (auto saved = writer.save(*stored); !saved)
         result.saveError = saved.error().description;
     else
-        result.historyRewritten = true;
+        result.historySaved = true;
     return result;
 }
 

@@ -5,6 +5,7 @@
 #include "engine/move_record.h"
 #include "engine/stop_request.h"
 #include "platform/platform.h"
+#include "store/shared_entries.h"
 #include "store/start_plan.h"
 
 #include <optional>
@@ -16,7 +17,7 @@
 namespace quorrin::store {
 
 struct ArrangementRequest {
-    std::vector<Engine::Entry> files;  // as the scan found them
+    SharedEntries files;  // as the scan found them; none when absent
     bool autoDuplicates = true;
     std::set<std::string> kept;
     std::string historyPath;
@@ -41,8 +42,9 @@ struct ArrangementResult {
     std::vector<std::string> messages;         // skipped and failed files, in the order met
     std::unordered_set<std::string> trashed;   // ids sent to the Trash
     std::optional<std::string> saveError;      // the final history write failed with this text
-    // Some write of the history in this run succeeded: the file no longer lists `undone`.
-    bool historyRewritten = false;
+    // Some write of the history in this run succeeded, or the file was found to hold already what
+    // the final write would have written: either way the file no longer lists `undone`.
+    bool historySaved = false;
     // Set, to the system's text, when the history on disk could not be read: then no file was
     // moved (each is reported), the history file was left as it was, and `history` is empty.
     std::optional<std::string> historyError;

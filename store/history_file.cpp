@@ -77,14 +77,29 @@ std::vector<MoveRecord> HistoryFile::read() const {
 }
 
 platform::Result<std::vector<MoveRecord>> HistoryFile::load() const {
+    auto text = loadText();
+    if (!text)
+        return text.error();
+    if (!*text)
+        return std::vector<MoveRecord>{};
+    return decodeHistory(**text);
+}
+
+platform::Result<std::optional<std::string>> HistoryFile::loadText() const {
     auto text = platform_.readFile(path_, stateFileLimit);
     if (!text) {
         // Missing means no history yet; an oversized file counts as damaged.
         if (text.error().isErrno(ENOENT) || text.error().isErrno(EFBIG))
-            return std::vector<MoveRecord>{};
+            return std::optional<std::string>{};
         return text.error();
     }
-    return decodeHistory(*text);
+    return std::optional<std::string>(std::move(*text));
+}
+
+bool HistoryFile::isPrivate() const {
+    auto info = platform_.stat(path_, false);
+    return info && info->type == platform::FileType::regular && info->owner == platform_.userId() &&
+           (info->mode & 077) == 0;
 }
 
 platform::Status HistoryFile::write(const std::vector<MoveRecord>& records) const {

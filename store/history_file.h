@@ -4,6 +4,7 @@
 #include "engine/move_record.h"
 #include "platform/platform.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +45,15 @@ public:
     // is an error rather than an empty history: whoever rewrites the history from what it read
     // must not lose records it could not see. A missing file is an empty history.
     platform::Result<std::vector<MoveRecord>> load() const;
+
+    // The file's text as load() reads it, undecoded: absent for a missing file and for an
+    // oversized one (both an empty history to load()); an error when it cannot be read.
+    platform::Result<std::optional<std::string>> loadText() const;
+
+    // Whether the file is as write() leaves it, whatever its content: a regular file, not a link,
+    // of this user's, that no one else may read or write. Such a file that already holds the text
+    // a write would give it needs no writing.
+    bool isPrivate() const;
 
     // Replaces the file with exactly `records`, durably (see writeAtomically), creating its folder
     // when needed. Refused with invalidFileNameError(), writing nothing, when any path is not

@@ -31,6 +31,7 @@ platform::Status HistoryWriter::append(const MoveRecord& record) {
     std::string encoded = encodeRecord(record);
     text_ += encoded;
     text_ += ']';
+    written_ = true;
     platform::Status written = file_.writeText(text_);
     // Until confirmed, the record is only in the file: the text stays that of records_.
     text_.resize(withoutClose);
@@ -41,6 +42,15 @@ platform::Status HistoryWriter::append(const MoveRecord& record) {
         pendingText_ = std::move(encoded);
     }
     return written;
+}
+
+platform::Status HistoryWriter::save(const std::optional<std::string>& onDisk) {
+    if (unencodable_)
+        return invalidFileNameError();
+    if (!written_ && onDisk && *onDisk == text_ && file_.isPrivate())
+        return {};
+    written_ = true;
+    return file_.writeText(text_);
 }
 
 void HistoryWriter::confirm() {

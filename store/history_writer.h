@@ -29,6 +29,13 @@ public:
     // The move of the last record written by append() happened: keep it.
     void confirm();
 
+    // Writes the file with exactly the records kept, durably, as HistoryFile::write(records())
+    // would: a record appended but never confirmed is no longer listed. `onDisk` is the file's
+    // text as read under the history lock before this writer was made (absent when there was no
+    // file); when no append has written since, it is already the text to write, and the file is
+    // private, nothing is written: the history on disk is the one this call would leave.
+    platform::Status save(const std::optional<std::string>& onDisk);
+
     // The starting records, then every confirmed one.
     const std::vector<MoveRecord>& records() const { return records_; }
 
@@ -42,6 +49,8 @@ private:
     std::string pendingText_;
     // A starting record could not be encoded, so no complete history can be written.
     bool unencodable_ = false;
+    // Some write of the file was attempted: what is on disk may no longer be what was read.
+    bool written_ = false;
 };
 
 }  // namespace quorrin::store

@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -33,7 +34,8 @@ struct StartPlan {
 };
 
 struct StartPlanRequest {
-    std::vector<Engine::Entry> files;  // as the scan found them, in its order
+    // As the scan found them, in its order; read only while planStart runs.
+    std::span<const Engine::Entry> files;
     bool autoDuplicates = true;
     std::set<std::string> kept;
     // The undo history could not be read: no file may move, each is reported with this.

@@ -17,6 +17,7 @@
 #include "store/history_lock.h"
 #include "store/results_database.h"
 #include "store/settings.h"
+#include "store/shared_entries.h"
 #include "store/store_observer.h"
 
 #include <deque>
@@ -75,7 +76,7 @@ public:
 
     // Published properties.
     const std::vector<std::string>& roots() const { return roots_; }
-    const std::vector<Entry>& files() const { return files_; }
+    const std::vector<Entry>& files() const { return *files_; }
     const std::vector<Entry>& olderFiles() const { return olderFiles_; }
     bool olderScanned() const { return olderScanned_; }
     bool busy() const { return busy_; }
@@ -208,7 +209,9 @@ private:
     std::vector<StoreObserver*> observers_;
 
     std::vector<std::string> roots_;
-    std::vector<Entry> files_;
+    // Replaced whole on every change, never changed in place: a running Start or preview may be
+    // planning from it.
+    SharedEntries files_ = shareEntries({});
     std::vector<Entry> olderFiles_;
     bool olderScanned_ = false;
     bool busy_ = false;

@@ -40,8 +40,14 @@ void Store::clear(std::vector<Entry> entries, bool duplicates) {
             weak, executor,
             [removed = std::move(removed), messages = std::move(messages), stopped](Store& store) {
                 store.stopped_ = stopped;
-                std::erase_if(store.files_,
-                              [&](const Entry& entry) { return removed.contains(entry.id()); });
+                if (!removed.empty()) {
+                    std::vector<Entry> left;
+                    left.reserve(store.files_->size());
+                    for (const Entry& entry : *store.files_)
+                        if (!removed.contains(entry.id()))
+                            left.push_back(entry);
+                    store.files_ = shareEntries(std::move(left));
+                }
                 store.set(Property::files);
                 for (const std::string& message : messages)
                     store.log(message);
@@ -115,7 +121,7 @@ void Store::undo() {
         undoneUnsaved_.clear();
     else
         undoneUnsaved_.insert(undoneUnsaved_.end(), putBack.begin(), putBack.end());
-    files_.clear();
+    files_ = shareEntries({});
     set(Property::files);
     log(undoSummary(restored));
     setBusy(false);

@@ -48,7 +48,7 @@ void Store::removeFolders(const std::vector<std::string>& paths) {
 void Store::saveRoots() {
     const platform::Status written = settings_.writeRoots(roots_);
     set(Property::roots);
-    files_.clear();
+    files_ = shareEntries({});
     set(Property::files);
     olderFiles_.clear();
     set(Property::olderFiles);

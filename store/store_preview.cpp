@@ -22,7 +22,7 @@ void Store::previewStart() {
         std::move(request),
         [compareDuplicates](Store& store, Engine::ScanResult result) {
             // Published as Start publishes its scan: the lists show what the plan was made from.
-            store.files_ = std::move(result.files);
+            store.files_ = shareEntries(std::move(result.files));
             store.set(Property::files);
             store.duplicatesChecked_ = compareDuplicates;
             store.set(Property::duplicatesChecked);
@@ -37,14 +37,15 @@ void Store::previewStart() {
 
 void Store::startPlanning(std::vector<std::string> notes) {
     setProgress({});
-    StartPlanRequest request{.files = files_, .autoDuplicates = autoDuplicates_, .kept = kept_};
+    StartPlanRequest request{.autoDuplicates = autoDuplicates_, .kept = kept_};
     std::weak_ptr<Store*> weak = self_;
     Executor& executor = executor_;
     platform::Platform& platform = platform_;
     const std::string historyPath = logPath_;
     const Engine::StopRequest stop = stop_;
-    executor_.runInBackground([=, &executor, &platform, notes = std::move(notes),
+    executor_.runInBackground([=, &executor, &platform, files = files_, notes = std::move(notes),
                                request = std::move(request)]() mutable {
+        request.files = *files;
         // Read, never locked or written: a preview leaves every file as it was. A history that
         // cannot be read now would stop every move of Start, and the plan says so.
         if (auto history = HistoryFile(historyPath, platform).load(); !history)

@@ -9,7 +9,7 @@ std::vector<Entry> Store::stale() const {
 }
 
 std::vector<Entry> Store::stale(platform::Instant now) const {
-    return staleEntries(ListSource{files_, olderFiles_, kept_, weeks_}, now);
+    return staleEntries(ListSource{*files_, olderFiles_, kept_, weeks_}, now);
 }
 
 bool Store::reviewDue() const {

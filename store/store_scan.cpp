@@ -111,7 +111,7 @@ void Store::scan(ScanChoice choice) {
 
 void Store::publishScan(std::vector<Entry> files, std::vector<std::string> notes, ScanChoice choice,
                         bool inspect, bool compareDuplicates, bool readUsageDates) {
-    files_ = std::move(files);
+    files_ = shareEntries(std::move(files));
     set(Property::files);
     duplicatesChecked_ = compareDuplicates;
     set(Property::duplicatesChecked);
@@ -124,7 +124,7 @@ void Store::publishScan(std::vector<Entry> files, std::vector<std::string> notes
                            : inspect         ? "Health check"
                            : readUsageDates  ? "Usage check"
                                              : "Quick scan";
-        log(std::string(kind) + " complete • " + std::to_string(files_.size()) + " files • " +
+        log(std::string(kind) + " complete • " + std::to_string(files_->size()) + " files • " +
             std::to_string(notes.size()) + " notes");
         setBusy(false);
         return;
@@ -146,7 +146,8 @@ void Store::startArrangement(std::vector<std::string> notes, std::optional<Start
     Executor& executor = executor_;
     platform::Platform& platform = platform_;
     std::function<void()> beforeArrangement = hooks_.beforeArrangement;
-    executor_.runInBackground([=, &executor, &platform, notes = std::move(notes)]() mutable {
+    executor_.runInBackground([=, &executor, &platform, request = std::move(request),
+                               notes = std::move(notes)]() mutable {
         if (beforeArrangement)
             beforeArrangement();
         ArrangementResult result = arrange(request, platform);
@@ -164,7 +165,7 @@ void Store::finishArrangement(ArrangementResult outcome, std::vector<std::string
         setBusy(false);
         return;
     }
-    if (outcome.historyRewritten)
+    if (outcome.historySaved)
         undoneUnsaved_.clear();
     if (!outcome.historyError) {
         moves_ = std::move(outcome.history);
@@ -174,24 +175,28 @@ void Store::finishArrangement(ArrangementResult outcome, std::vector<std::string
     if (outcome.saveError)
         log("Could not save undo history: " + *outcome.saveError);
 
-    std::unordered_map<std::string, std::string> movedTo;
-    for (const MoveRecord& move : outcome.newMoves)
-        movedTo[move.from] = move.to;
-    std::vector<Entry> updated;
-    updated.reserve(files_.size());
-    for (Entry& entry : files_) {
-        if (outcome.trashed.contains(entry.id()))
-            continue;
-        if (auto moved = movedTo.find(entry.url); moved != movedTo.end()) {
-            entry.url = moved->second;
-            if (entry.duplicateOf) {
-                if (auto original = movedTo.find(*entry.duplicateOf); original != movedTo.end())
-                    entry.duplicateOf = original->second;
+    // The list follows the files that moved and drops those sent to the Trash; a run that did
+    // neither leaves it as the scan published it.
+    if (!outcome.newMoves.empty() || !outcome.trashed.empty()) {
+        std::unordered_map<std::string, std::string> movedTo;
+        for (const MoveRecord& move : outcome.newMoves)
+            movedTo[move.from] = move.to;
+        std::vector<Entry> updated;
+        updated.reserve(files_->size());
+        for (const Entry& found : *files_) {
+            if (outcome.trashed.contains(found.id()))
+                continue;
+            Entry& entry = updated.emplace_back(found);
+            if (auto moved = movedTo.find(entry.url); moved != movedTo.end()) {
+                entry.url = moved->second;
+                if (entry.duplicateOf) {
+                    if (auto original = movedTo.find(*entry.duplicateOf); original != movedTo.end())
+                        entry.duplicateOf = original->second;
+                }
             }
         }
-        updated.push_back(std::move(entry));
+        files_ = shareEntries(std::move(updated));
     }
-    files_ = std::move(updated);
     set(Property::files);
 
     for (const std::string& message : outcome.messages)

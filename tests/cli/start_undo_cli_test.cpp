@@ -3,6 +3,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <sys/stat.h>
+
 namespace quorrin::cli {
 namespace {
 
@@ -79,6 +81,26 @@ TEST_F(StartCli, ASecondStartAppendsToTheHistory) {
     nlohmann::json history = nlohmann::json::parse(readFile(historyPath()));
     ASSERT_EQ(history.size(), 8u);
     EXPECT_EQ(history[7]["from"], downloads("later.txt"));
+}
+
+TEST_F(StartCli, ASecondStartWithNothingToDoLeavesTheHistoryFileAlone) {
+    ASSERT_EQ(run({"start"}).status, 0);
+    const std::string text = readFile(historyPath());
+    struct stat before {};
+    ASSERT_EQ(::stat(historyPath().c_str(), &before), 0);
+    auto second = run({"start"});
+    EXPECT_EQ(second.status, 0) << second.err;
+    EXPECT_EQ(linesOf(second.out).back(),
+              "No loose files need arrangement. Existing folders are preserved; no loose files "
+              "need sorting.");
+    struct stat after {};
+    ASSERT_EQ(::stat(historyPath().c_str(), &after), 0);
+    EXPECT_EQ(after.st_ino, before.st_ino);
+    EXPECT_EQ(after.st_mtim.tv_nsec, before.st_mtim.tv_nsec);
+    EXPECT_EQ(readFile(historyPath()), text);
+    // Undo still finds every move of the first Start.
+    EXPECT_EQ(run({"undo"}).out,
+              "Restored 7 arranged files. Trashed files can be restored from the Trash.\n");
 }
 
 TEST_F(StartCli, KeepDuplicatesLeavesCopiesInPlace) {
