@@ -18,10 +18,11 @@ using Engine::CacheKey;
 
 // The layout of the results table; a database of any other number is rebuilt.
 constexpr int layoutVersion = 1;
-// How long a job waits for another Quorrin's transaction before it goes on without the cache:
-// briefly while it opens the database, as its walk has begun; longer for its final write, as its
-// work is done and the rows it computed are lost if the wait runs out.
-constexpr int busyWaitMilliseconds = 250;
+// How long a job waits for another Quorrin's transaction before it goes on without the cache, both
+// while it opens the database (the walk goes on meanwhile: only the comparison after it waits)
+// and for its final write (the job's work is done, and the rows it computed are lost if the wait
+// runs out). Two jobs starting together on a busy machine took more than a quarter second.
+constexpr int busyWaitMilliseconds = 2000;
 constexpr int commitWaitMilliseconds = 2000;
 // A row's last-seen time is refreshed when it is older than this, not on every hit.
 constexpr std::int64_t seenRefreshSeconds = 24 * 3600;
