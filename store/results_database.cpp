@@ -88,6 +88,11 @@ void ResultsDatabase::waitUntilOpen() const {
     std::call_once(opened_, [this] { opener_.join(); });
 }
 
+void ResultsDatabase::forgetRows() {
+    rows_.clear();
+    identities_.clear();
+}
+
 void ResultsDatabase::close() {
     if (db_ != nullptr)
         sqlite3_close_v2(db_);
@@ -98,7 +103,7 @@ void ResultsDatabase::fail(std::string reason) {
     if (!unavailable_)
         unavailable_ = std::move(reason);
     close();
-    rows_.clear();
+    forgetRows();
     pending_.clear();
     seen_.clear();
 }
@@ -119,7 +124,7 @@ bool ResultsDatabase::open() {
             return false;
         if (!openOnce()) {
             close();
-            rows_.clear();
+            forgetRows();
             return false;
         }
         return true;
@@ -138,7 +143,7 @@ bool ResultsDatabase::open() {
         if (openOnce())
             return true;
         close();
-        rows_.clear();
+        forgetRows();
         if (!damaged_ || attempt > 0) {
             fail(layoutError_);
             return false;
@@ -276,17 +281,20 @@ bool ResultsDatabase::load() {
     // SQLite orders its integers as signed: identities past 2^63 would come out of order.
     if (!std::is_sorted(rows_.begin(), rows_.end(), identityBefore))
         std::sort(rows_.begin(), rows_.end(), identityBefore);
+    identities_.reserve(rows_.size());
+    for (const Row& row : rows_)
+        identities_.emplace_back(row.device, row.inode);
     return true;
 }
 
 std::optional<CachedResults> ResultsDatabase::find(const CacheKey& key) {
     waitUntilOpen();
     std::lock_guard lock(mutex_);
-    const Row wanted{.device = key.device, .inode = key.inode};
-    auto found = std::lower_bound(rows_.begin(), rows_.end(), wanted, identityBefore);
-    if (found == rows_.end() || found->device != key.device || found->inode != key.inode)
+    const std::pair wanted{key.device, key.inode};
+    auto found = std::lower_bound(identities_.begin(), identities_.end(), wanted);
+    if (found == identities_.end() || *found != wanted)
         return std::nullopt;
-    const Row& row = *found;
+    const Row& row = rows_[static_cast<std::size_t>(found - identities_.begin())];
     if (row.size != key.size || row.modified != key.modifiedNs || row.changed != key.changedNs)
         return std::nullopt;
     const auto text = [&](int index) {

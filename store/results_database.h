@@ -76,6 +76,7 @@ private:
     bool failed();
     void fail(std::string reason);
     void close();
+    void forgetRows();
 
     std::string path_;
     platform::Platform& platform_;
@@ -93,6 +94,9 @@ private:
     // Sorted by device and inode (the table's own order), found by binary search: no hashing
     // and no allocation per row.
     std::vector<Row> rows_;
+    // The rows' identities alone, in the same order: a look-up searches 16 bytes a row, which
+    // stay in the processor's cache, instead of the whole rows (a cache miss at every step).
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> identities_;
     std::vector<std::string> texts_;  // the findings and decoder versions of the rows
     // Written at commit(): rows to replace (a later one for the same file wins), and rows found
     // again whose last-seen day is old.

@@ -77,6 +77,8 @@ public:
     // Published properties.
     const std::vector<std::string>& roots() const { return roots_; }
     const std::vector<Entry>& files() const { return *files_; }
+    // The same list, shared: it never changes, a change publishes a new one.
+    const SharedEntries& sharedFiles() const { return files_; }
     const std::vector<Entry>& olderFiles() const { return olderFiles_; }
     bool olderScanned() const { return olderScanned_; }
     bool busy() const { return busy_; }

@@ -148,7 +148,7 @@ void StoreFacade::changed(store::Property property) {
             emit rootsChanged();
             break;
         case Property::files:
-            snapshot_.files = std::make_shared<const std::vector<Engine::Entry>>(store_->files());
+            snapshot_.files = store_->sharedFiles();
             updateDuplicateBytes();
             emit filesChanged();
             emit listSourceChanged();
