@@ -90,7 +90,7 @@ void ResultsDatabase::waitUntilOpen() const {
 
 void ResultsDatabase::forgetRows() {
     rows_.clear();
-    identities_.clear();
+    index_.clear();
 }
 
 void ResultsDatabase::close() {
@@ -278,23 +278,17 @@ bool ResultsDatabase::load() {
     }
     if (step != SQLITE_DONE)
         return failed();
-    // SQLite orders its integers as signed: identities past 2^63 would come out of order.
-    if (!std::is_sorted(rows_.begin(), rows_.end(), identityBefore))
-        std::sort(rows_.begin(), rows_.end(), identityBefore);
-    identities_.reserve(rows_.size());
-    for (const Row& row : rows_)
-        identities_.emplace_back(row.device, row.inode);
+    index_.build(rows_.size(), identityOfRow());
     return true;
 }
 
 std::optional<CachedResults> ResultsDatabase::find(const CacheKey& key) {
     waitUntilOpen();
     std::lock_guard lock(mutex_);
-    const std::pair wanted{key.device, key.inode};
-    auto found = std::lower_bound(identities_.begin(), identities_.end(), wanted);
-    if (found == identities_.end() || *found != wanted)
+    const auto found = index_.find({key.device, key.inode}, identityOfRow());
+    if (!found)
         return std::nullopt;
-    const Row& row = rows_[static_cast<std::size_t>(found - identities_.begin())];
+    const Row& row = rows_[*found];
     if (row.size != key.size || row.modified != key.modifiedNs || row.changed != key.changedNs)
         return std::nullopt;
     const auto text = [&](int index) {

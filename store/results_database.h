@@ -3,6 +3,7 @@
 
 #include "engine/results_cache.h"
 #include "platform/platform.h"
+#include "store/identity_index.h"
 
 #include <atomic>
 #include <chrono>
@@ -61,6 +62,11 @@ private:
         int finding = -1;  // -1: none
         int decoders = -1;
     };
+    auto identityOfRow() const {
+        return [this](std::size_t position) {
+            return IdentityIndex::Identity{rows_[position].device, rows_[position].inode};
+        };
+    }
     static bool identityBefore(const Row& a, const Row& b) {
         return a.device != b.device ? a.device < b.device : a.inode < b.inode;
     }
@@ -91,12 +97,9 @@ private:
     std::string layoutError_;  // and why it failed
     bool purgeDue_ = false;    // some row has not been seen for too long
     std::int64_t now_ = 0;     // the job's time, in seconds
-    // Sorted by device and inode (the table's own order), found by binary search: no hashing
-    // and no allocation per row.
+    // In the table's order, found through index_: no query and no allocation per look-up.
     std::vector<Row> rows_;
-    // The rows' identities alone, in the same order: a look-up searches 16 bytes a row, which
-    // stay in the processor's cache, instead of the whole rows (a cache miss at every step).
-    std::vector<std::pair<std::uint64_t, std::uint64_t>> identities_;
+    IdentityIndex index_;             // the rows by identity
     std::vector<std::string> texts_;  // the findings and decoder versions of the rows
     // Written at commit(): rows to replace (a later one for the same file wins), and rows found
     // again whose last-seen day is old.
