@@ -1,8 +1,7 @@
 // Look-ups in the results cache: every kept row is found whatever the order of the questions,
 // and no identity that was not kept is.
-#include "store/results_database.h"
-
 #include "store/locations.h"
+#include "store/results_database.h"
 #include "tests/support/temp_home.h"
 
 #include <algorithm>
