@@ -4,9 +4,7 @@
 #include <array>
 #include <compare>
 #include <cstdint>
-#include <optional>
 #include <string>
-#include <string_view>
 
 namespace quorrin::Engine {
 
@@ -20,8 +18,6 @@ struct ContentDigest {
 
     // The 64 lower-case hexadecimal digits sha256sum prints.
     std::string hex() const;
-    // The digest those 64 digits (either case) spell; nothing for any other text.
-    static std::optional<ContentDigest> fromHex(std::string_view text);
 };
 
 }  // namespace quorrin::Engine

@@ -18,9 +18,13 @@ using Engine::CacheKey;
 using quorrin::testing::FaultPlatform;
 using quorrin::testing::TempHome;
 
-const CachedResults someResults{
-    .sampleDigest = Engine::ContentDigest::fromHex(std::string(64, 'a')),
-    .fullDigest = Engine::ContentDigest::fromHex(std::string(64, 'b'))};
+Engine::ContentDigest digestOf(std::uint8_t byte) {
+    Engine::ContentDigest digest;
+    digest.bytes.fill(byte);
+    return digest;
+}
+
+const CachedResults someResults{.sampleDigest = digestOf(0xaa), .fullDigest = digestOf(0xbb)};
 
 CacheKey keyOf(std::uint64_t inode) {
     return {.device = 1, .inode = inode, .size = 10, .modifiedNs = 20, .changedNs = 30};

@@ -32,13 +32,17 @@ CacheKey keyOf(const std::string& path) {
     return info ? Engine::cacheKeyOf(*info) : CacheKey{};
 }
 
-const CachedResults someResults{
-    .sampleDigest = Engine::ContentDigest::fromHex(std::string(64, 'a')),
-    .fullDigest = Engine::ContentDigest::fromHex(
-        "0123456789abcdef0123456789abcdef0123456789abcdef0123456789abcdef"),
-    .healthChecked = true,
-    .healthFinding = "Image could not be decoded",
-    .decoderVersion = "vips 8.14.1 • poppler 22.12.0"};
+Engine::ContentDigest digestOf(std::uint8_t byte) {
+    Engine::ContentDigest digest;
+    digest.bytes.fill(byte);
+    return digest;
+}
+
+const CachedResults someResults{.sampleDigest = digestOf(0xaa),
+                                .fullDigest = digestOf(0x01),
+                                .healthChecked = true,
+                                .healthFinding = "Image could not be decoded",
+                                .decoderVersion = "vips 8.14.1 • poppler 22.12.0"};
 
 TEST(ResultsDatabase, ARememberedFileIsFoundByAnotherJob) {
     TempHome home;
