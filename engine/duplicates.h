@@ -41,8 +41,8 @@ class DuplicateAnalysis {
 public:
     // What an earlier job computed for entries[position] (nullptr: nothing); the results must
     // stay in place while the analysis lives. Asked once for each file that is compared at all,
-    // on the thread that calls add(), so that the many files of a size of their own cost no
-    // look-up.
+    // on the thread that calls add() and finish(), so that the many files of a size of their own
+    // cost no look-up.
     using Lookup = std::function<const CachedResults*(std::size_t position)>;
     // Whether the lookup answers without waiting. Until it does, the files to sample are set
     // aside, so that the walk goes on while the cache is read; they are looked up (and queued)

@@ -22,12 +22,14 @@ using quorrin::testing::TempHome;
 class HeldBackCache : public ResultsCache {
 public:
     std::atomic<bool> loaded{true};
+    // When not loaded: it becomes ready once asked this many times (never when negative).
+    int readyAfterCalls = -1;
 
     bool ready() const override {
         std::lock_guard lock(mutex_);
         lastReadyCall_ = ++calls_;
         ++readyCalls_;
-        return loaded.load();
+        return loaded.load() || (readyAfterCalls >= 0 && readyCalls_ > readyAfterCalls);
     }
     std::optional<CachedResults> find(const CacheKey& key) override {
         std::lock_guard lock(mutex_);
@@ -100,20 +102,26 @@ std::vector<std::pair<std::string, std::optional<std::string>>> marks(const Scan
     return marked;
 }
 
-TEST(CacheStillLoading, TheWalkDoesNotWaitAndNothingKnownIsRead) {
+// A tree, its marks without a cache, and a cache that a first scan filled with every file.
+class CacheStillLoading : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(marks(scanWith(root, platform, &cache)), marks(uncached));
+        ASSERT_EQ(cache.rows(), 8u);  // every file shares its size with another
+        cache.forgetCalls();
+    }
+
     TempHome home;
     FaultPlatform platform;
     const std::string root = writeTree(home);
     const ScanResult uncached = scanWith(root, platform, nullptr);
     HeldBackCache cache;
-    const ScanResult first = scanWith(root, platform, &cache);
-    ASSERT_EQ(marks(first), marks(uncached));
-    ASSERT_EQ(cache.rows(), 8u);  // every file shares its size with another
+};
 
+TEST_F(CacheStillLoading, TheWalkDoesNotWaitAndNothingKnownIsRead) {
     // Not ready for the whole walk: nothing is looked up until the walk is over, and then
     // everything is known, so no file is opened.
     cache.loaded = false;
-    cache.forgetCalls();
     const int opened = platform.calls["openForReading"];
     const ScanResult second = scanWith(root, platform, &cache);
     EXPECT_EQ(marks(second), marks(uncached));
@@ -123,7 +131,20 @@ TEST(CacheStillLoading, TheWalkDoesNotWaitAndNothingKnownIsRead) {
     EXPECT_TRUE(cache.foundOnlyAfterTheLastReadyCall());
 }
 
-TEST(CacheStillLoading, AFirstRunSamplesWhatWasSetAside) {
+TEST_F(CacheStillLoading, WhatWasSetAsideIsLookedUpOnceTheCacheIsReadDuringTheWalk) {
+    // Ready from its third question on: the files set aside until then are looked up while the
+    // walk still asks, and the rest as they come.
+    cache.loaded = false;
+    cache.readyAfterCalls = 2;
+    const int opened = platform.calls["openForReading"];
+    const ScanResult second = scanWith(root, platform, &cache);
+    EXPECT_EQ(marks(second), marks(uncached));
+    EXPECT_EQ(platform.calls["openForReading"], opened);
+    EXPECT_EQ(cache.finds(), 8);
+    EXPECT_FALSE(cache.foundOnlyAfterTheLastReadyCall());
+}
+
+TEST(CacheStillLoadingOnAFirstRun, WhatWasSetAsideIsSampledAndKept) {
     TempHome home;
     FaultPlatform platform;
     const std::string root = writeTree(home);
