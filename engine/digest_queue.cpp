@@ -2,9 +2,11 @@
 #include "engine/digest_queue.h"
 
 #include "engine/digest.h"
+#include "engine/group_digest.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <stdexcept>
 #include <utility>
 
 namespace quorrin::Engine {
@@ -44,8 +46,30 @@ std::size_t DigestQueue::add(DigestJob job) {
     return position;
 }
 
+std::size_t DigestQueue::addGroup(std::vector<DigestJob> jobs) {
+    if (jobs.empty() || jobs.size() > groupDigestWidth)
+        throw std::logic_error("a group of full digests holds 1 to groupDigestWidth jobs");
+    std::size_t first;
+    {
+        std::lock_guard lock(mutex_);
+        first = jobs_.size();
+        for (std::size_t i = 0; i < jobs.size(); ++i) {
+            jobs[i].full = true;
+            jobs[i].sideBySide = i == 0 ? jobs.size() : 0;
+            jobs_.push_back(std::move(jobs[i]));
+            results_.emplace_back();
+        }
+    }
+    if (workers_.size() < threads_)
+        workers_.emplace_back([this] { work(); });
+    else
+        queued_.notify_one();
+    return first;
+}
+
 void DigestQueue::work() {
-    std::vector<std::pair<std::size_t, const DigestJob*>> claimed;
+    std::size_t first = 0;
+    std::vector<const DigestJob*> claimed;
     std::vector<platform::Result<ContentDigest>> computed;
     std::unique_lock lock(mutex_);
     for (;;) {
@@ -54,26 +78,62 @@ void DigestQueue::work() {
             return;
         // A run of up to claimBatch samples is claimed and handed back under one lock each way
         // (taking the lock for every small file made the threads queue for it); a full digest is
-        // a run of its own. Jobs are held by address, taken under the lock: adding may move the
-        // deque's index of its blocks, never a job itself.
+        // a run of its own, and so is a group read side by side. Jobs are held by address, taken
+        // under the lock: adding may move the deque's index of its blocks, never a job itself.
         claimed.clear();
+        first = nextClaim_;
         while (nextClaim_ < jobs_.size() && claimed.size() < claimBatch) {
             const DigestJob& job = jobs_[nextClaim_];
             if (job.full && !claimed.empty())
                 break;
-            claimed.emplace_back(nextClaim_++, &job);
-            if (job.full)
+            if (job.full) {
+                // A group is queued whole, under one lock: its members are all there.
+                for (std::size_t end = nextClaim_ + job.sideBySide; nextClaim_ < end; ++nextClaim_)
+                    claimed.push_back(&jobs_[nextClaim_]);
                 break;
+            }
+            claimed.push_back(&job);
+            ++nextClaim_;
         }
         lock.unlock();
-        computed.clear();
-        for (const auto& [position, job] : claimed)
-            computed.push_back(compute(*job));
+        compute(claimed, computed);
         lock.lock();
         for (std::size_t i = 0; i < claimed.size(); ++i)
-            results_[claimed[i].first].emplace(std::move(computed[i]));
+            results_[first + i].emplace(std::move(computed[i]));
         done_.notify_all();
     }
+}
+
+void DigestQueue::compute(const std::vector<const DigestJob*>& run,
+                          std::vector<platform::Result<ContentDigest>>& computed) {
+    computed.clear();
+    if (run.size() < 2 || !run.front()->full) {
+        for (const DigestJob* job : run)
+            computed.push_back(compute(*job));
+        return;
+    }
+    std::vector<std::string> paths;
+    std::int64_t planned = 0;
+    for (const DigestJob* job : run) {
+        paths.push_back(job->path);
+        planned += jobReadBytes(job->size, true);
+    }
+    std::int64_t counted = 0;
+    const auto count = [&](std::size_t bytes) { countRead(bytes, planned, counted); };
+    if (stop_.requested())
+        computed.assign(run.size(), platform::Error::fromErrno(ECANCELED));
+    else
+        computed = groupDigests(paths, platform_, count, stop_);
+    bytesDone_.fetch_add(planned - counted, std::memory_order_relaxed);
+}
+
+void DigestQueue::countRead(std::size_t bytes, std::int64_t planned, std::int64_t& counted) {
+    const std::int64_t added = std::min<std::int64_t>(std::int64_t(bytes), planned - counted);
+    if (added <= 0)
+        return;
+    counted += added;
+    bytesDone_.fetch_add(added, std::memory_order_relaxed);
+    done_.notify_all();  // a waiter may report how far the reading is
 }
 
 platform::Result<ContentDigest> DigestQueue::compute(const DigestJob& job) {
@@ -81,14 +141,7 @@ platform::Result<ContentDigest> DigestQueue::compute(const DigestJob& job) {
     // whatever the file holds now.
     const std::int64_t planned = jobReadBytes(job.size, job.full);
     std::int64_t counted = 0;
-    const auto count = [&](std::size_t bytes) {
-        const std::int64_t added = std::min<std::int64_t>(std::int64_t(bytes), planned - counted);
-        if (added <= 0)
-            return;
-        counted += added;
-        bytesDone_.fetch_add(added, std::memory_order_relaxed);
-        done_.notify_all();  // a waiter may report how far the reading is
-    };
+    const auto count = [&](std::size_t bytes) { countRead(bytes, planned, counted); };
     platform::Result<ContentDigest> result =
         stop_.requested() ? platform::Error::fromErrno(ECANCELED)
         : job.full        ? digest(job.path, platform_, count, stop_)

@@ -23,6 +23,9 @@ struct DigestJob {
     std::string path;
     std::int64_t size = 0;  // as the scan recorded it
     bool full = false;
+    // Of the first of a group's full digests queued by addGroup: how many jobs, itself included,
+    // are read side by side (0 for the others); 1 for any other job.
+    std::size_t sideBySide = 1;
 };
 
 // Jobs are added at any time from one thread (the one that also waits for them) and computed by
@@ -41,6 +44,10 @@ public:
 
     // Queues a job; returns its position.
     std::size_t add(DigestJob job);
+    // Queues the full digests of files that may hold one content (at most groupDigestWidth), to
+    // be read side by side by one worker (see groupDigests); returns the first one's position, the
+    // others following it.
+    std::size_t addGroup(std::vector<DigestJob> jobs);
     // The digest of the job at `position`, or the error that stopped it. `meanwhile` is called
     // (without the queue's lock) before each wait and whenever a worker has read more.
     const platform::Result<ContentDigest>& wait(std::size_t position,
@@ -54,7 +61,13 @@ private:
     static constexpr std::size_t wakeBatch = 16;
     static constexpr std::size_t claimBatch = 8;
     void work();
+    // The digests of a claimed run: samples one by one, or one full digest or group.
+    void compute(const std::vector<const DigestJob*>& run,
+                 std::vector<platform::Result<ContentDigest>>& computed);
     platform::Result<ContentDigest> compute(const DigestJob& job);
+    // Adds what a job read to bytesDone, up to the `planned` bytes it was reckoned to read, so
+    // that the sum stays exact whatever the files hold now.
+    void countRead(std::size_t bytes, std::int64_t planned, std::int64_t& counted);
 
     const unsigned threads_;
     platform::Platform& platform_;

@@ -2,6 +2,7 @@
 #include "engine/duplicates.h"
 
 #include "engine/digest.h"
+#include "engine/group_digest.h"
 #include "engine/paths.h"
 
 #include <algorithm>
@@ -65,6 +66,27 @@ void DuplicateAnalysis::sampleNow(const std::vector<Entry>& entries, std::size_t
     if (member.knownSample == nullptr)
         member.sampleJob =
             queue_.add({.path = entries[position].url, .size = entries[position].size});
+}
+
+void DuplicateAnalysis::queueFullDigests(const std::vector<Entry>& entries,
+                                         const std::vector<std::size_t>& group) {
+    // A small file's sample digest already is its full digest, and the cache may know others:
+    // those are not read again. The rest are read side by side, in parts of groupDigestWidth.
+    std::vector<std::size_t> toRead;
+    for (std::size_t member : group)
+        if (!members_[member].wholeSample && members_[member].knownFull == nullptr)
+            toRead.push_back(member);
+    for (std::size_t start = 0; start < toRead.size(); start += groupDigestWidth) {
+        const std::size_t end = std::min(toRead.size(), start + groupDigestWidth);
+        std::vector<DigestJob> jobs;
+        for (std::size_t i = start; i < end; ++i)
+            jobs.push_back(
+                {.path = entries[toRead[i]].url, .size = entries[toRead[i]].size, .full = true});
+        const std::size_t first = jobs.size() == 1 ? queue_.add(std::move(jobs.front()))
+                                                   : queue_.addGroup(std::move(jobs));
+        for (std::size_t i = start; i < end; ++i)
+            members_[toRead[i]].fullJob = first + (i - start);
+    }
 }
 
 const ContentDigest* DuplicateAnalysis::read(std::size_t job,
@@ -188,13 +210,7 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
             std::sort(members.begin(), members.end(), [&](std::size_t a, std::size_t b) {
                 return entries[a].url < entries[b].url;
             });
-            // A small file's sample digest already is its full digest: it is not read again.
-            for (std::size_t member : members) {
-                Member& m = members_[member];
-                if (!m.wholeSample && m.knownFull == nullptr)
-                    m.fullJob = queue_.add(
-                        {.path = entries[member].url, .size = entries[member].size, .full = true});
-            }
+            queueFullDigests(entries, members);
             plans[g].sampleGroups.push_back(std::move(members));
         }
         total -= readNoFurther;

@@ -90,6 +90,8 @@ private:
     void sampleNow(const std::vector<Entry>& entries, std::size_t position);
     // Samples what was set aside, in the order it came; `wait`: even if the lookup is not ready.
     void sampleSetAside(const std::vector<Entry>& entries, bool wait);
+    // Queues the full digests a sample group's members need, read side by side.
+    void queueFullDigests(const std::vector<Entry>& entries, const std::vector<std::size_t>& group);
     // A member's digests, known or read (waiting for the read); nullptr when it could not be read.
     const ContentDigest* sampleOf(const Member& member, const std::function<void()>& meanwhile);
     const ContentDigest* fullOf(const Member& member, const std::function<void()>& meanwhile);
