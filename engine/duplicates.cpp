@@ -168,9 +168,17 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
     };
     report();
 
-    // First pass: each size group's samples, grouped exactly as the one-thread walk groups them;
-    // the full digests of each sample group are queued as soon as it is known.
+    // First pass: each size group's samples, grouped exactly as the one-thread walk groups them.
+    // The full digests of the sample groups are queued once all are known, the group with the most
+    // bytes to read first: the workers are busy with samples until then, and a large group left
+    // for last would keep one core hashing while the others wait.
     std::vector<SizeGroupPlan> plans(groups.size());
+    struct FullRead {
+        std::int64_t bytes;
+        std::size_t plan;
+        std::size_t group;
+    };
+    std::vector<FullRead> fullReads;
     std::vector<std::pair<const ContentDigest*, std::size_t>> bySample;
     for (std::size_t g = 0; g < groups.size(); ++g) {
         if (stop_.requested())
@@ -210,12 +218,19 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
             std::sort(members.begin(), members.end(), [&](std::size_t a, std::size_t b) {
                 return entries[a].url < entries[b].url;
             });
-            queueFullDigests(entries, members);
+            std::int64_t bytes = 0;
+            for (std::size_t member : members)
+                bytes += fullBytes(member);
+            fullReads.push_back({bytes, g, plans[g].sampleGroups.size()});
             plans[g].sampleGroups.push_back(std::move(members));
         }
         total -= readNoFurther;
         report();
     }
+    std::stable_sort(fullReads.begin(), fullReads.end(),
+                     [](const FullRead& a, const FullRead& b) { return a.bytes > b.bytes; });
+    for (const FullRead& read : fullReads)
+        queueFullDigests(entries, plans[read.plan].sampleGroups[read.group]);
 
     // Second pass: the notes of each size group, then its sample groups member by member in path
     // order: the first path with a digest is the retained copy and every later one with that
