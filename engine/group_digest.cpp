@@ -70,11 +70,15 @@ std::vector<Result<ContentDigest>> groupDigests(const std::vector<std::string>& 
     const std::size_t chunk = chunkSize(paths.size());
     std::span<std::byte> buffer = readBuffer(chunk * paths.size());
     std::vector<Strand> strands(1);
+    std::vector<std::size_t> alone;
     for (std::size_t i = 0; i < paths.size(); ++i) {
         files[i].chunk = buffer.subspan(i * chunk, chunk);
         auto fd = platform.openForReading(paths[i]);
         if (!fd) {
-            results[i].emplace(fd.error());
+            if (fd.error().isErrno(EMFILE) || fd.error().isErrno(ENFILE))
+                alone.push_back(i);
+            else
+                results[i].emplace(fd.error());
             continue;
         }
         files[i].fd.emplace(std::move(*fd));
@@ -132,6 +136,10 @@ std::vector<Result<ContentDigest>> groupDigests(const std::vector<std::string>& 
         }
         strands = std::move(next);
     }
+
+    files.clear();  // closes every descriptor still open
+    for (std::size_t i : alone)
+        results[i].emplace(digest(paths[i], platform, bytesRead, stop));
 
     std::vector<Result<ContentDigest>> digests;
     digests.reserve(paths.size());
