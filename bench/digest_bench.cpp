@@ -1,6 +1,7 @@
 // Content digests: full SHA-256 and sample digests of files in the page cache, against OpenSSL's
 // SHA-256 over memory.
 #include "engine/digest.h"
+#include "engine/group_digest.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -28,9 +29,11 @@ public:
         if (!folder_.empty())
             std::remove(folder_.c_str());
     }
-    // A file of `size` pseudo-random bytes, written once and then read from the page cache.
-    const std::string& file(std::size_t size) {
-        std::string path = folder_ + "/" + std::to_string(size) + ".bin";
+    // A file of `size` pseudo-random bytes, written once and then read from the page cache; files
+    // of one size and another `copy` number hold the same bytes.
+    const std::string& file(std::size_t size, int copy = 0) {
+        std::string path =
+            folder_ + "/" + std::to_string(size) + "-" + std::to_string(copy) + ".bin";
         for (const std::string& made : made_)
             if (made == path)
                 return made;
@@ -80,6 +83,18 @@ void sampleDigest(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * hashed);
 }
 BENCHMARK(sampleDigest)->Arg(4 << 10)->Arg(1 << 20)->Unit(benchmark::kMicrosecond);
+
+// Two copies read side by side, as a sample group's full digests are: one hashed, the other
+// compared with it. Bytes counted for both files.
+void copiesSideBySide(benchmark::State& state) {
+    const std::size_t size = static_cast<std::size_t>(state.range(0));
+    const std::vector<std::string> paths = {files().file(size, 0), files().file(size, 1)};
+    benchmark::DoNotOptimize(Engine::groupDigests(paths));  // into the page cache
+    for (auto _ : state)
+        benchmark::DoNotOptimize(Engine::groupDigests(paths));
+    state.SetBytesProcessed(state.iterations() * 2 * static_cast<std::int64_t>(size));
+}
+BENCHMARK(copiesSideBySide)->Arg(64 << 20)->Unit(benchmark::kMicrosecond);
 
 // OpenSSL's SHA-256 over a buffer in memory, 1 MiB per update: the hashing speed alone, as
 // `openssl speed -evp sha256` measures it.
