@@ -1,6 +1,7 @@
 // digest() and sampleDigest(), checked against sha256sum on real files.
 #include "engine/digest.h"
 
+#include "tests/support/patterned_bytes.h"
 #include "tests/support/temp_home.h"
 
 #include <fcntl.h>
@@ -11,6 +12,7 @@
 namespace quorrin::Engine {
 namespace {
 
+using quorrin::testing::patternedBytes;
 using quorrin::testing::runProgram;
 using quorrin::testing::TempHome;
 using quorrin::testing::writeFileAt;
@@ -19,16 +21,6 @@ std::string sha256sum(const std::string& path) {
     std::string output;
     EXPECT_EQ(runProgram("sha256sum", {path}, &output), 0);
     return output.substr(0, 64);
-}
-
-std::string patterned(std::size_t size, unsigned seed) {
-    std::string bytes(size, '\0');
-    unsigned state = seed;
-    for (char& c : bytes) {
-        state = state * 1103515245u + 12345u;
-        c = static_cast<char>(state >> 16);
-    }
-    return bytes;
 }
 
 TEST(Digest, EmptyInputIsTheDigestOfNoBytes) {
@@ -42,7 +34,7 @@ TEST(Digest, EmptyInputIsTheDigestOfNoBytes) {
 TEST(Digest, MatchesSha256sumAcrossChunkBoundaries) {
     TempHome home;
     for (std::size_t size : {1ul, 1'048'575ul, 1'048'576ul, 3'000'001ul}) {
-        std::string file = home.writeFile("f" + std::to_string(size), patterned(size, 7));
+        std::string file = home.writeFile("f" + std::to_string(size), patternedBytes(size, 7));
         auto value = digest(file);
         ASSERT_TRUE(value.ok());
         EXPECT_EQ(value->hex(), sha256sum(file)) << size;
@@ -67,12 +59,12 @@ TEST(Digest, RefusesToFollowALink) {
 TEST(SampleDigest, CoversTheEndsOfTheFile) {
     TempHome home;
     for (std::size_t size : {10ul, 65'536ul, 65'537ul, 100'000ul, 131'072ul}) {
-        std::string file = home.writeFile("s" + std::to_string(size), patterned(size, 3));
+        std::string file = home.writeFile("s" + std::to_string(size), patternedBytes(size, 3));
         auto sample = sampleDigest(file, static_cast<std::int64_t>(size));
         ASSERT_TRUE(sample.ok());
         EXPECT_EQ(sample->hex(), sha256sum(file)) << size;
     }
-    std::string content = patterned(300'000, 5);
+    std::string content = patternedBytes(300'000, 5);
     std::string big = home.writeFile("big", content);
     std::string ends =
         home.writeFile("ends", content.substr(0, 65'536) + content.substr(300'000 - 65'536));
@@ -83,7 +75,7 @@ TEST(SampleDigest, CoversTheEndsOfTheFile) {
 
 TEST(SampleDigest, UsesTheRecordedSizeNotTheCurrentOne) {
     TempHome home;
-    std::string content = patterned(200'000, 9);
+    std::string content = patternedBytes(200'000, 9);
     std::string file = home.writeFile("grown", content);
     // Recorded as 150,000 bytes: the tail sample is the 64 KiB that end there.
     std::string expected = home.writeFile(

@@ -3,31 +3,23 @@
 
 #include "engine/duplicates.h"
 #include "engine/scanner.h"
+#include "tests/support/descriptor_limit.h"
 #include "tests/support/fault_platform.h"
+#include "tests/support/patterned_bytes.h"
 #include "tests/support/temp_home.h"
 
 #include <cerrno>
-#include <filesystem>
 #include <numeric>
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 namespace quorrin::Engine {
 namespace {
 
+using quorrin::testing::DescriptorLimit;
 using quorrin::testing::FaultPlatform;
+using quorrin::testing::patternedBytes;
 using quorrin::testing::TempHome;
-
-std::string content(unsigned seed, std::size_t size) {
-    std::string bytes(size, '\0');
-    unsigned state = seed;
-    for (char& c : bytes) {
-        state = state * 1103515245u + 12345u;
-        c = static_cast<char>(state >> 16);
-    }
-    return bytes;
-}
 
 std::string flipped(std::string bytes, std::size_t at) {
     bytes[at] = static_cast<char>(bytes[at] ^ 0x20);
@@ -38,7 +30,7 @@ std::string flipped(std::string bytes, std::size_t at) {
 // later chunk and at the last byte, one of them copied itself, and one that lost its end.
 std::vector<std::string> mixedGroup(const TempHome& home) {
     const std::size_t size = 3 * 1'048'576 + 5;
-    const std::string original = content(11, size);
+    const std::string original = patternedBytes(size, 11);
     const std::string middle = flipped(original, 2'500'000);
     return {home.writeFile("a-original", original),
             home.writeFile("b-copy", original),
@@ -84,7 +76,7 @@ TEST(GroupDigests, EveryByteReadIsHeard) {
 
 TEST(GroupDigests, AFileThatFailsPartWayLeavesTheOthersTheirDigests) {
     TempHome home;
-    const std::string bytes = content(5, 3 * 1'048'576);
+    const std::string bytes = patternedBytes(3 * 1'048'576, 5);
     const std::vector<std::string> paths = {home.writeFile("one", bytes),
                                             home.writeFile("two", bytes),
                                             home.writeFile("three", flipped(bytes, 1'048'576))};
@@ -108,20 +100,16 @@ TEST(GroupDigests, AFileThatFailsPartWayLeavesTheOthersTheirDigests) {
 // closed: each still gets its digest.
 TEST(GroupDigests, FilesThatFindNoDescriptorAreReadAloneAfterwards) {
     TempHome home;
-    const std::string bytes = content(9, 1'500'000);
+    const std::string bytes = patternedBytes(1'500'000, 9);
     std::vector<std::string> paths;
     for (std::size_t i = 0; i < groupDigestWidth; ++i)
         paths.push_back(home.writeFile("copy-" + std::to_string(i), bytes));
     const ContentDigest expected = *digest(paths.front());
-    rlimit saved{};
-    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &saved), 0);
-    const auto open = std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
-                                    std::filesystem::directory_iterator());
-    rlimit tight = saved;
-    tight.rlim_cur = static_cast<rlim_t>(open + 2);
-    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &tight), 0);
-    const auto digests = groupDigests(paths);
-    ::setrlimit(RLIMIT_NOFILE, &saved);
+    std::vector<platform::Result<ContentDigest>> digests;
+    {
+        const DescriptorLimit limit(2);
+        digests = groupDigests(paths);
+    }
     for (std::size_t i = 0; i < paths.size(); ++i) {
         ASSERT_TRUE(digests[i].ok()) << paths[i] << ": " << digests[i].error().description;
         EXPECT_EQ(*digests[i], expected) << paths[i];
@@ -152,7 +140,7 @@ TEST(GroupDigests, AStopLeavesEveryUnfinishedFileCancelled) {
 // the one whose path sorts first.
 TEST(GroupDigests, AGroupWiderThanOneReadIsMarkedWhole) {
     TempHome home;
-    const std::string bytes = content(3, 200'000);
+    const std::string bytes = patternedBytes(200'000, 3);
     const std::size_t copies = groupDigestWidth + 9;
     for (std::size_t i = 0; i < copies; ++i)
         home.writeFile("Documents/copy-" + std::to_string(100 + i), bytes);

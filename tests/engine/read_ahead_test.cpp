@@ -1,6 +1,7 @@
 // Folders read ahead of the walk on worker threads give exactly the scan of a walk that reads each
 // folder itself: the same files in the same order, the same notes and the same progress texts.
 #include "engine/scanner.h"
+#include "tests/support/descriptor_limit.h"
 #include "tests/support/fault_platform.h"
 #include "tests/support/temp_home.h"
 
@@ -8,11 +9,11 @@
 #include <filesystem>
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 namespace quorrin::Engine {
 namespace {
 
+using quorrin::testing::DescriptorLimit;
 using quorrin::testing::FaultPlatform;
 using quorrin::testing::TempHome;
 
@@ -126,16 +127,12 @@ TEST(ReadAheadLimits, AWideTreeIsScannedWithFewDescriptorsOpen) {
     TempHome home;
     for (int i = 0; i < 600; ++i)
         home.writeFile("Documents/Folder " + std::to_string(i) + "/Inner/file.txt");
-    rlimit saved{};
-    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &saved), 0);
-    // Whatever the test process already holds open, plus a few dozen for the scan.
-    const auto open = std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
-                                    std::filesystem::directory_iterator());
-    rlimit tight = saved;
-    tight.rlim_cur = static_cast<rlim_t>(open + 40);
-    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &tight), 0);
-    ScanResult result = scan({.roots = {home.path("Documents")}, .readAheadThreads = 4u});
-    ::setrlimit(RLIMIT_NOFILE, &saved);
+    ScanResult result;
+    {
+        // Whatever the test process already holds open, plus a few dozen for the scan.
+        const DescriptorLimit limit(40);
+        result = scan({.roots = {home.path("Documents")}, .readAheadThreads = 4u});
+    }
     EXPECT_EQ(result.files.size(), 600u);
     EXPECT_TRUE(result.notes.empty()) << result.notes.front();
 }
