@@ -162,6 +162,23 @@ bool ResultsDatabase::openOnce() {
     return prepareLayout() && load();
 }
 
+// Two jobs that open a new database at once both turn it to WAL mode, and SQLite may answer the
+// second that the database is locked without waiting in the busy handler: the second asks again
+// until the busy wait is over, as it would wait for any other lock. The wait is measured by the
+// clock: an answer may also come after the busy handler's own wait.
+bool ResultsDatabase::useWriteAheadLog() {
+    const auto deadline =
+        std::chrono::steady_clock::now() + std::chrono::milliseconds(busyWaitMilliseconds);
+    for (;;) {
+        const int result = sqlite3_exec(db_, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+        if (result == SQLITE_OK)
+            return true;
+        if ((result & 0xFF) != SQLITE_BUSY || std::chrono::steady_clock::now() >= deadline)
+            return false;
+        sqlite3_sleep(5);
+    }
+}
+
 bool ResultsDatabase::prepareLayout() {
     auto exec = [&](const char* sql) {
         return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
@@ -169,9 +186,8 @@ bool ResultsDatabase::prepareLayout() {
     // A crash or power loss may cost the last job's rows, never the database: with a write-ahead
     // log, "normal" syncs only when the log is folded back, not at every commit. A page cache of
     // up to 32 MiB holds a large job's transaction without spilling pages to the log twice.
-    if (access_ == Access::readWrite &&
-        !(exec("PRAGMA journal_mode=WAL") && exec("PRAGMA synchronous=NORMAL") &&
-          exec("PRAGMA cache_size=-32768")))
+    if (access_ == Access::readWrite && !(useWriteAheadLog() && exec("PRAGMA synchronous=NORMAL") &&
+                                          exec("PRAGMA cache_size=-32768")))
         return failed();
     // 1: this layout; 0: another; -1: the version could not be read (and failed() noted why).
     auto current = [&] {

@@ -77,6 +77,7 @@ private:
     void waitUntilOpen() const;
     bool open();
     bool openOnce();
+    bool useWriteAheadLog();
     bool prepareLayout();
     bool load();
     int textIndex(std::string_view text);

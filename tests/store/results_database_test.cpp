@@ -7,6 +7,7 @@
 #include "tests/support/temp_home.h"
 
 #include <fstream>
+#include <thread>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -273,6 +274,36 @@ TEST(ResultsDatabase, ARowThatDoesNotUnpackIsAMissAndIsReplaced) {
     ResultsDatabase cache(path);
     EXPECT_EQ(cache.find(key), someResults);
     EXPECT_EQ(cache.find(other), someResults);
+}
+
+// Another Quorrin about to write to a database that is not yet in WAL mode (as when it turns a
+// new database to WAL mode itself) keeps this job from turning it to WAL mode; SQLite says so at
+// once, without waiting, and the job asks again until the other is done.
+TEST(ResultsDatabase, TurningToWalModeWaitsForAnotherWriter) {
+    TempHome home;
+    const std::string path = resultsCachePath();
+    ASSERT_TRUE(ensureFolder(home.path(".cache/QUORRIN")).ok());
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "CREATE TABLE unrelated(x); BEGIN IMMEDIATE", nullptr, nullptr,
+                           nullptr),
+              SQLITE_OK);
+    // Its commit waits for the job's own attempts, which read the database as they go.
+    sqlite3_busy_timeout(other, 10'000);
+    std::thread writer([other] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        EXPECT_EQ(sqlite3_exec(other, "COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
+    });
+    {
+        ResultsDatabase cache(path);
+        cache.remember({.device = 1, .inode = 2}, someResults);
+        cache.commit();
+        EXPECT_FALSE(cache.unavailable().has_value()) << *cache.unavailable();
+    }
+    writer.join();
+    sqlite3_close(other);
+    ResultsDatabase cache(path);
+    EXPECT_EQ(cache.find({.device = 1, .inode = 2}), someResults);
 }
 
 TEST(ResultsDatabase, AFolderInItsPlaceIsBypassed) {
