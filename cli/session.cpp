@@ -10,6 +10,7 @@ Session::Session(const CliContext& context, std::ostream& err)
       err_(err),
       showProgress_(context.progressOnTerminal) {
     store_->setTestHooks(context.hooks);
+    store_->setProgressShown(showProgress_);
     if (context.stop.flag() != nullptr)
         store_->useStopRequest(context.stop);
     store_->addObserver(this);

@@ -236,7 +236,7 @@ private:
         if (duplicates_)
             duplicates_->add(result_.files, result_.files.size() - 1,
                              FileIdentity{info.device, info.inode});
-        if (result_.files.size() % progressInterval == 0)
+        if (request_.progress && result_.files.size() % progressInterval == 0)
             say("Indexed " + std::to_string(result_.files.size()) + " files…");
     }
 

@@ -3,10 +3,10 @@
 
 #include "engine/paths.h"
 #include "store/locations.h"
+#include "store/packed_row.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 #include <sqlite3.h>
 
@@ -16,8 +16,9 @@ namespace {
 using Engine::CachedResults;
 using Engine::CacheKey;
 
-// The layout of the results table; a database of any other number is rebuilt.
-constexpr int layoutVersion = 1;
+// The layout of the results table; a database of any other number is rebuilt. 1 kept each field
+// in a column of its own; 2 packs all but the identity and the last-seen time into one blob.
+constexpr int layoutVersion = 2;
 // How long a job waits for another Quorrin's transaction before it goes on without the cache, both
 // while it opens the database (the walk goes on meanwhile: only the comparison after it waits)
 // and for its final write (the job's work is done, and the rows it computed are lost if the wait
@@ -27,29 +28,11 @@ constexpr int commitWaitMilliseconds = 2000;
 // A row's last-seen time is refreshed when it is older than this, not on every hit.
 constexpr std::int64_t seenRefreshSeconds = 24 * 3600;
 
+// `seen` has a column of its own, for the refresh of a row found again and the purge of rows
+// unseen for too long; `fields` holds the rest (store/packed_row.h).
 constexpr const char* createTable =
     "CREATE TABLE results(device INTEGER NOT NULL, inode INTEGER NOT NULL,"
-    " size INTEGER NOT NULL, modified INTEGER NOT NULL, changed INTEGER NOT NULL,"
-    " sample BLOB, full BLOB, checked INTEGER NOT NULL, finding TEXT, decoders TEXT,"
-    " seen INTEGER NOT NULL, PRIMARY KEY(device, inode)) WITHOUT ROWID";
-
-// Bound without copying: the row outlives the statement's step.
-void bindDigest(sqlite3_stmt* statement, int index, bool present,
-                const Engine::ContentDigest& digest) {
-    if (!present)
-        sqlite3_bind_null(statement, index);
-    else
-        sqlite3_bind_blob(statement, index, digest.bytes.data(),
-                          static_cast<int>(digest.bytes.size()), SQLITE_STATIC);
-}
-
-void bindText(sqlite3_stmt* statement, int index, const std::vector<std::string>& texts, int text) {
-    if (text < 0)
-        sqlite3_bind_null(statement, index);
-    else
-        sqlite3_bind_text(statement, index, texts[text].data(),
-                          static_cast<int>(texts[text].size()), SQLITE_STATIC);
-}
+    " seen INTEGER NOT NULL, fields BLOB NOT NULL, PRIMARY KEY(device, inode)) WITHOUT ROWID";
 
 // A prepared statement, finalised when it goes out of scope.
 struct Statement {
@@ -179,6 +162,23 @@ bool ResultsDatabase::openOnce() {
     return prepareLayout() && load();
 }
 
+// Two jobs that open a new database at once both turn it to WAL mode, and SQLite may answer the
+// second that the database is locked without waiting in the busy handler: the second asks again
+// until the busy wait is over, as it would wait for any other lock. The wait is measured by the
+// clock: an answer may also come after the busy handler's own wait.
+bool ResultsDatabase::useWriteAheadLog() {
+    const auto deadline =
+        std::chrono::steady_clock::now() + std::chrono::milliseconds(busyWaitMilliseconds);
+    for (;;) {
+        const int result = sqlite3_exec(db_, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+        if (result == SQLITE_OK)
+            return true;
+        if ((result & 0xFF) != SQLITE_BUSY || std::chrono::steady_clock::now() >= deadline)
+            return false;
+        sqlite3_sleep(5);
+    }
+}
+
 bool ResultsDatabase::prepareLayout() {
     auto exec = [&](const char* sql) {
         return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
@@ -186,9 +186,8 @@ bool ResultsDatabase::prepareLayout() {
     // A crash or power loss may cost the last job's rows, never the database: with a write-ahead
     // log, "normal" syncs only when the log is folded back, not at every commit. A page cache of
     // up to 32 MiB holds a large job's transaction without spilling pages to the log twice.
-    if (access_ == Access::readWrite &&
-        !(exec("PRAGMA journal_mode=WAL") && exec("PRAGMA synchronous=NORMAL") &&
-          exec("PRAGMA cache_size=-32768")))
+    if (access_ == Access::readWrite && !(useWriteAheadLog() && exec("PRAGMA synchronous=NORMAL") &&
+                                          exec("PRAGMA cache_size=-32768")))
         return failed();
     // 1: this layout; 0: another; -1: the version could not be read (and failed() noted why).
     auto current = [&] {
@@ -231,19 +230,9 @@ int ResultsDatabase::textIndex(std::string_view text) {
     return static_cast<int>(texts_.size() - 1);
 }
 
-int ResultsDatabase::textIndex(sqlite3_stmt* row, int column) {
-    if (sqlite3_column_type(row, column) == SQLITE_NULL)
-        return -1;
-    return textIndex(
-        std::string_view(reinterpret_cast<const char*>(sqlite3_column_text(row, column)),
-                         static_cast<std::size_t>(sqlite3_column_bytes(row, column))));
-}
-
 // Reads every row once: reading the whole table also finds a damaged one.
 bool ResultsDatabase::load() {
-    Statement select(db_,
-                     "SELECT device, inode, size, modified, changed, sample, full, checked,"
-                     " finding, decoders, seen FROM results");
+    Statement select(db_, "SELECT device, inode, seen, fields FROM results");
     if (!select)
         return failed();
     const std::int64_t oldest =
@@ -255,26 +244,30 @@ bool ResultsDatabase::load() {
         rows_.reserve(static_cast<std::size_t>(info->size / 64));
     int step;
     while ((step = sqlite3_step(row)) == SQLITE_ROW) {
-        Row kept{.device = static_cast<std::uint64_t>(sqlite3_column_int64(row, 0)),
-                 .inode = static_cast<std::uint64_t>(sqlite3_column_int64(row, 1)),
-                 .size = sqlite3_column_int64(row, 2),
-                 .modified = sqlite3_column_int64(row, 3),
-                 .changed = sqlite3_column_int64(row, 4),
-                 .seen = sqlite3_column_int64(row, 10),
-                 .checked = sqlite3_column_int(row, 7) != 0,
-                 .finding = textIndex(row, 8),
-                 .decoders = textIndex(row, 9)};
-        const auto copyDigest = [&](int column, Engine::ContentDigest& to) {
-            const void* blob = sqlite3_column_blob(row, column);
-            if (sqlite3_column_bytes(row, column) != static_cast<int>(to.bytes.size()))
-                return false;
-            std::memcpy(to.bytes.data(), blob, to.bytes.size());
-            return true;
-        };
-        kept.hasSample = copyDigest(5, kept.sample);
-        kept.hasFull = copyDigest(6, kept.full);
-        purgeDue_ = purgeDue_ || kept.seen < oldest;
-        rows_.push_back(kept);
+        const std::int64_t seen = sqlite3_column_int64(row, 2);
+        purgeDue_ = purgeDue_ || seen < oldest;
+        // The blob first, then its length: SQLite's documented order for reading a column.
+        const auto* blob = static_cast<const char*>(sqlite3_column_blob(row, 3));
+        const auto length = static_cast<std::size_t>(sqlite3_column_bytes(row, 3));
+        const std::optional<PackedRow> fields =
+            unpack(blob != nullptr ? std::string_view(blob, length) : std::string_view());
+        // A row this program did not pack is found by no look-up; the file's next results
+        // replace it.
+        if (!fields)
+            continue;
+        rows_.push_back(Row{.device = static_cast<std::uint64_t>(sqlite3_column_int64(row, 0)),
+                            .inode = static_cast<std::uint64_t>(sqlite3_column_int64(row, 1)),
+                            .size = fields->size,
+                            .modified = fields->modified,
+                            .changed = fields->changed,
+                            .seen = seen,
+                            .sample = fields->sample.value_or(Engine::ContentDigest{}),
+                            .full = fields->full.value_or(Engine::ContentDigest{}),
+                            .hasSample = fields->sample.has_value(),
+                            .hasFull = fields->full.has_value(),
+                            .checked = fields->checked,
+                            .finding = fields->finding ? textIndex(*fields->finding) : -1,
+                            .decoders = fields->decoders ? textIndex(*fields->decoders) : -1});
     }
     if (step != SQLITE_DONE)
         return failed();
@@ -348,29 +341,34 @@ void ResultsDatabase::commit() {
     auto written = [&] {
         if (!exec("BEGIN IMMEDIATE"))
             return noteFailure();
-        Statement replace(db_,
-                          "INSERT OR REPLACE INTO results VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7,"
-                          " ?8, ?9, ?10, ?11)");
+        Statement replace(db_, "INSERT OR REPLACE INTO results VALUES(?1, ?2, ?3, ?4)");
         Statement touch(db_, "UPDATE results SET seen = ?1 WHERE device = ?2 AND inode = ?3");
         Statement purge(db_, "DELETE FROM results WHERE seen < ?1");
         if (!replace || !touch || !purge)
             return noteFailure();
         // In the table's own order: each row lands next to the one before it.
         std::stable_sort(pending_.begin(), pending_.end(), identityBefore);
+        const auto text = [&](int index) {
+            return index < 0 ? std::nullopt : std::optional<std::string_view>(texts_[index]);
+        };
+        std::string fields;
         for (const Row& row : pending_) {
+            pack({.size = row.size,
+                  .modified = row.modified,
+                  .changed = row.changed,
+                  .sample = row.hasSample ? std::optional(row.sample) : std::nullopt,
+                  .full = row.hasFull ? std::optional(row.full) : std::nullopt,
+                  .checked = row.checked,
+                  .finding = text(row.finding),
+                  .decoders = text(row.decoders)},
+                 fields);
             sqlite3_stmt* s = replace.handle;
             sqlite3_reset(s);
             sqlite3_bind_int64(s, 1, static_cast<sqlite3_int64>(row.device));
             sqlite3_bind_int64(s, 2, static_cast<sqlite3_int64>(row.inode));
-            sqlite3_bind_int64(s, 3, row.size);
-            sqlite3_bind_int64(s, 4, row.modified);
-            sqlite3_bind_int64(s, 5, row.changed);
-            bindDigest(s, 6, row.hasSample, row.sample);
-            bindDigest(s, 7, row.hasFull, row.full);
-            sqlite3_bind_int(s, 8, row.checked ? 1 : 0);
-            bindText(s, 9, texts_, row.finding);
-            bindText(s, 10, texts_, row.decoders);
-            sqlite3_bind_int64(s, 11, row.seen);
+            sqlite3_bind_int64(s, 3, row.seen);
+            // Bound without copying: `fields` is not changed before the step.
+            sqlite3_bind_blob(s, 4, fields.data(), static_cast<int>(fields.size()), SQLITE_STATIC);
             if (sqlite3_step(s) != SQLITE_DONE)
                 return noteFailure();
         }

@@ -24,11 +24,13 @@ namespace quorrin::store {
 // How long a row is kept after its file was last seen.
 inline constexpr std::chrono::hours unseenRowLifetime{24 * 90};
 
-// One connection for one job. The folder is made 0700 and the file 0600; WAL mode lets another
-// Quorrin read while this one writes. The rows are read once, when the job opens the database, so
-// that a look-up costs no query. A database of another layout, or one that is corrupt, is rebuilt
-// empty; one that cannot be opened, is locked past a short wait (a longer one for the final
-// write), or cannot be written is bypassed: it finds nothing and unavailable() gives the reason.
+// One connection for one job. A row holds a file's identity, its last-seen time and its other
+// fields packed in one blob (store/packed_row.h). The folder is made 0700 and the file 0600; WAL
+// mode lets another Quorrin read while this one writes. The rows are read once, when the job opens
+// the database, so that a look-up costs no query. A database of another layout, or one that is
+// corrupt, is rebuilt empty; one that cannot be opened, is locked past a short wait (a longer one
+// for the final write), or cannot be written is bypassed: it finds nothing and unavailable() gives
+// the reason.
 class ResultsDatabase : public Engine::ResultsCache {
 public:
     // A read-only job (a preview) finds what earlier jobs kept and writes nothing: it neither
@@ -75,10 +77,10 @@ private:
     void waitUntilOpen() const;
     bool open();
     bool openOnce();
+    bool useWriteAheadLog();
     bool prepareLayout();
     bool load();
     int textIndex(std::string_view text);
-    int textIndex(sqlite3_stmt* row, int column);
     bool failed();
     void fail(std::string reason);
     void close();

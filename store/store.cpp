@@ -120,6 +120,8 @@ void Store::postTo(const std::weak_ptr<Store*>& store, Executor& executor,
 }
 
 std::function<void(const std::string&)> Store::progressPoster() {
+    if (!progressShown_)
+        return {};
     std::weak_ptr<Store*> weak = self_;
     Executor* executor = &executor_;
     auto latest = std::make_shared<LatestReport<std::string>>();
@@ -136,6 +138,8 @@ std::function<void(const std::string&)> Store::progressPoster() {
 }
 
 Engine::ProgressAmount Store::amountPoster() {
+    if (!progressShown_)
+        return {};
     std::weak_ptr<Store*> weak = self_;
     Executor* executor = &executor_;
     auto latest = std::make_shared<LatestReport<std::pair<std::int64_t, std::int64_t>>>();

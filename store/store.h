@@ -155,6 +155,11 @@ public:
     // From now on every operation answers to `shared` instead of a request of its own, so that
     // whoever holds it (a signal handler) can stop whatever runs; once set, it stays set.
     void useStopRequest(Engine::StopRequest shared);
+    // Whether anyone shows how far a running operation is (its status texts and amounts of
+    // progress). When no one does, as for a command line whose standard error is no terminal,
+    // background work sends none: each would wake the main thread, and a scan sends one for every
+    // 250 files and every file it compares.
+    void setProgressShown(bool shown) { progressShown_ = shown; }
 
     // Activity and the weekly Downloads review.
     void log(std::string text);
@@ -172,7 +177,8 @@ private:
     void setBusy(bool busy);
     void setStatus(std::string status);
     // A callback for background work that posts progress texts to the main thread; it holds the
-    // Store only weakly and drops texts that arrive after the operation ended.
+    // Store only weakly and drops texts that arrive after the operation ended. Empty when no one
+    // shows progress.
     std::function<void(const std::string&)> progressPoster();
     // The same for amounts of progress.
     Engine::ProgressAmount amountPoster();
@@ -219,6 +225,7 @@ private:
     bool busy_ = false;
     std::string status_ = initialStatus;
     ProgressAmount progress_;
+    bool progressShown_ = true;
     std::deque<Activity> activity_;
     std::set<std::string> kept_;
     std::int64_t weeks_ = 4;

@@ -2,6 +2,7 @@
 // them, as the platform reports the loaded libraries once per job.
 #include "platform/media_module.h"
 #include "store/locations.h"
+#include "store/packed_row.h"
 #include "tests/support/sample_files.h"
 #include "tests/support/store/cache_checks.h"
 
@@ -52,11 +53,16 @@ std::set<std::string> keptDecoderTexts(const std::string& path) {
     sqlite3* db = nullptr;
     EXPECT_EQ(sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
     sqlite3_stmt* select = nullptr;
-    EXPECT_EQ(sqlite3_prepare_v2(db, "SELECT decoders FROM results WHERE checked = 1", -1, &select,
-                                 nullptr),
+    EXPECT_EQ(sqlite3_prepare_v2(db, "SELECT fields FROM results", -1, &select, nullptr),
               SQLITE_OK);
-    while (sqlite3_step(select) == SQLITE_ROW)
-        texts.insert(reinterpret_cast<const char*>(sqlite3_column_text(select, 0)));
+    while (sqlite3_step(select) == SQLITE_ROW) {
+        const auto* blob = static_cast<const char*>(sqlite3_column_blob(select, 0));
+        const auto row = unpack(
+            std::string_view(blob, static_cast<std::size_t>(sqlite3_column_bytes(select, 0))));
+        EXPECT_TRUE(row.has_value());
+        if (row && row->checked && row->decoders)
+            texts.insert(std::string(*row->decoders));
+    }
     sqlite3_finalize(select);
     sqlite3_close(db);
     return texts;

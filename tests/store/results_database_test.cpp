@@ -7,6 +7,7 @@
 #include "tests/support/temp_home.h"
 
 #include <fstream>
+#include <thread>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -192,6 +193,115 @@ TEST(ResultsDatabase, ADatabaseOfAnotherLayoutIsRebuilt) {
         EXPECT_FALSE(cache.unavailable().has_value()) << *cache.unavailable();
         cache.remember({.device = 1, .inode = 2}, someResults);
     }
+    ResultsDatabase cache(path);
+    EXPECT_EQ(cache.find({.device = 1, .inode = 2}), someResults);
+}
+
+int userVersionOf(const std::string& path) {
+    sqlite3* db = nullptr;
+    EXPECT_EQ(sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
+    sqlite3_stmt* version = nullptr;
+    EXPECT_EQ(sqlite3_prepare_v2(db, "PRAGMA user_version", -1, &version, nullptr), SQLITE_OK);
+    const int found = sqlite3_step(version) == SQLITE_ROW ? sqlite3_column_int(version, 0) : -1;
+    sqlite3_finalize(version);
+    sqlite3_close(db);
+    return found;
+}
+
+// The earlier layout kept every field in a column of its own: its rows are dropped once, and the
+// rows written after that are kept.
+TEST(ResultsDatabase, TheLayoutOfOneColumnPerFieldIsRebuiltOnce) {
+    TempHome home;
+    const std::string path = resultsCachePath();
+    ASSERT_TRUE(ensureFolder(home.path(".cache/QUORRIN")).ok());
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(db,
+                           "PRAGMA journal_mode=WAL;"
+                           "CREATE TABLE results(device INTEGER NOT NULL, inode INTEGER NOT NULL,"
+                           " size INTEGER NOT NULL, modified INTEGER NOT NULL,"
+                           " changed INTEGER NOT NULL, sample BLOB, full BLOB,"
+                           " checked INTEGER NOT NULL, finding TEXT, decoders TEXT,"
+                           " seen INTEGER NOT NULL, PRIMARY KEY(device, inode)) WITHOUT ROWID;"
+                           "INSERT INTO results VALUES(1, 2, 3, 4, 5, zeroblob(32), NULL, 0, NULL,"
+                           " NULL, strftime('%s', 'now'));"
+                           "PRAGMA user_version=1",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(db);
+    const CacheKey old{.device = 1, .inode = 2, .size = 3, .modifiedNs = 4, .changedNs = 5};
+    const CacheKey kept{.device = 1, .inode = 7, .size = 3, .modifiedNs = 4, .changedNs = 5};
+    {
+        ResultsDatabase cache(path);
+        EXPECT_FALSE(cache.find(old).has_value());
+        EXPECT_FALSE(cache.unavailable().has_value()) << *cache.unavailable();
+        cache.remember(kept, someResults);
+    }
+    EXPECT_EQ(userVersionOf(path), 2);
+    for (int job = 0; job < 2; ++job) {
+        ResultsDatabase cache(path);
+        EXPECT_FALSE(cache.find(old).has_value()) << job;
+        EXPECT_EQ(cache.find(kept), someResults) << job;
+        EXPECT_FALSE(cache.unavailable().has_value()) << job;
+    }
+}
+
+// A row whose blob this program did not pack (another program's, or one damaged inside SQLite's
+// own checks) is found by no look-up and fails nothing; the file's next results replace it.
+TEST(ResultsDatabase, ARowThatDoesNotUnpackIsAMissAndIsReplaced) {
+    TempHome home;
+    const std::string path = resultsCachePath();
+    const CacheKey key{.device = 1, .inode = 2, .size = 3, .modifiedNs = 4, .changedNs = 5};
+    const CacheKey other{.device = 1, .inode = 3, .size = 3, .modifiedNs = 4, .changedNs = 5};
+    {
+        ResultsDatabase cache(path);
+        cache.remember(other, someResults);
+    }
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(db, "INSERT INTO results VALUES(1, 2, strftime('%s', 'now'), x'ff0102')",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(db);
+    {
+        ResultsDatabase cache(path);
+        EXPECT_FALSE(cache.find(key).has_value());
+        EXPECT_EQ(cache.find(other), someResults);
+        cache.remember(key, someResults);
+        cache.commit();
+        EXPECT_FALSE(cache.unavailable().has_value());
+    }
+    ResultsDatabase cache(path);
+    EXPECT_EQ(cache.find(key), someResults);
+    EXPECT_EQ(cache.find(other), someResults);
+}
+
+// Another Quorrin about to write to a database that is not yet in WAL mode (as when it turns a
+// new database to WAL mode itself) keeps this job from turning it to WAL mode; SQLite says so at
+// once, without waiting, and the job asks again until the other is done.
+TEST(ResultsDatabase, TurningToWalModeWaitsForAnotherWriter) {
+    TempHome home;
+    const std::string path = resultsCachePath();
+    ASSERT_TRUE(ensureFolder(home.path(".cache/QUORRIN")).ok());
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "CREATE TABLE unrelated(x); BEGIN IMMEDIATE", nullptr, nullptr,
+                           nullptr),
+              SQLITE_OK);
+    // Its commit waits for the job's own attempts, which read the database as they go.
+    sqlite3_busy_timeout(other, 10'000);
+    std::thread writer([other] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        EXPECT_EQ(sqlite3_exec(other, "COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
+    });
+    {
+        ResultsDatabase cache(path);
+        cache.remember({.device = 1, .inode = 2}, someResults);
+        cache.commit();
+        EXPECT_FALSE(cache.unavailable().has_value()) << *cache.unavailable();
+    }
+    writer.join();
+    sqlite3_close(other);
     ResultsDatabase cache(path);
     EXPECT_EQ(cache.find({.device = 1, .inode = 2}), someResults);
 }
