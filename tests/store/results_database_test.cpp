@@ -176,18 +176,22 @@ TEST(ResultsDatabase, ADamagedDatabaseIsRebuilt) {
     }
 }
 
+// Runs `sql` on the database at `path` through a connection of its own, as another program (or
+// an older Quorrin) would have; called through ASSERT_NO_FATAL_FAILURE.
+void runSql(const std::string& path, const char* sql) {
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
+    sqlite3_close(db);
+}
+
 TEST(ResultsDatabase, ADatabaseOfAnotherLayoutIsRebuilt) {
     TempHome home;
     const std::string path = resultsCachePath();
     ASSERT_TRUE(ensureFolder(home.path(".cache/QUORRIN")).ok());
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(db,
-                           "CREATE TABLE results(path TEXT, digest TEXT);"
-                           "INSERT INTO results VALUES('/x', 'y'); PRAGMA user_version=0",
-                           nullptr, nullptr, nullptr),
-              SQLITE_OK);
-    sqlite3_close(db);
+    ASSERT_NO_FATAL_FAILURE(runSql(path,
+                                   "CREATE TABLE results(path TEXT, digest TEXT);"
+                                   "INSERT INTO results VALUES('/x', 'y'); PRAGMA user_version=0"));
     {
         ResultsDatabase cache(path);
         EXPECT_FALSE(cache.unavailable().has_value()) << *cache.unavailable();
@@ -214,21 +218,17 @@ TEST(ResultsDatabase, TheLayoutOfOneColumnPerFieldIsRebuiltOnce) {
     TempHome home;
     const std::string path = resultsCachePath();
     ASSERT_TRUE(ensureFolder(home.path(".cache/QUORRIN")).ok());
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(db,
-                           "PRAGMA journal_mode=WAL;"
-                           "CREATE TABLE results(device INTEGER NOT NULL, inode INTEGER NOT NULL,"
-                           " size INTEGER NOT NULL, modified INTEGER NOT NULL,"
-                           " changed INTEGER NOT NULL, sample BLOB, full BLOB,"
-                           " checked INTEGER NOT NULL, finding TEXT, decoders TEXT,"
-                           " seen INTEGER NOT NULL, PRIMARY KEY(device, inode)) WITHOUT ROWID;"
-                           "INSERT INTO results VALUES(1, 2, 3, 4, 5, zeroblob(32), NULL, 0, NULL,"
-                           " NULL, strftime('%s', 'now'));"
-                           "PRAGMA user_version=1",
-                           nullptr, nullptr, nullptr),
-              SQLITE_OK);
-    sqlite3_close(db);
+    ASSERT_NO_FATAL_FAILURE(
+        runSql(path,
+               "PRAGMA journal_mode=WAL;"
+               "CREATE TABLE results(device INTEGER NOT NULL, inode INTEGER NOT NULL,"
+               " size INTEGER NOT NULL, modified INTEGER NOT NULL,"
+               " changed INTEGER NOT NULL, sample BLOB, full BLOB,"
+               " checked INTEGER NOT NULL, finding TEXT, decoders TEXT,"
+               " seen INTEGER NOT NULL, PRIMARY KEY(device, inode)) WITHOUT ROWID;"
+               "INSERT INTO results VALUES(1, 2, 3, 4, 5, zeroblob(32), NULL, 0, NULL,"
+               " NULL, strftime('%s', 'now'));"
+               "PRAGMA user_version=1"));
     const CacheKey old{.device = 1, .inode = 2, .size = 3, .modifiedNs = 4, .changedNs = 5};
     const CacheKey kept{.device = 1, .inode = 7, .size = 3, .modifiedNs = 4, .changedNs = 5};
     {
@@ -257,12 +257,8 @@ TEST(ResultsDatabase, ARowThatDoesNotUnpackIsAMissAndIsReplaced) {
         ResultsDatabase cache(path);
         cache.remember(other, someResults);
     }
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(db, "INSERT INTO results VALUES(1, 2, strftime('%s', 'now'), x'ff0102')",
-                           nullptr, nullptr, nullptr),
-              SQLITE_OK);
-    sqlite3_close(db);
+    ASSERT_NO_FATAL_FAILURE(
+        runSql(path, "INSERT INTO results VALUES(1, 2, strftime('%s', 'now'), x'ff0102')"));
     {
         ResultsDatabase cache(path);
         EXPECT_FALSE(cache.find(key).has_value());
