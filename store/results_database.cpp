@@ -261,10 +261,8 @@ bool ResultsDatabase::load() {
                             .modified = fields->modified,
                             .changed = fields->changed,
                             .seen = seen,
-                            .sample = fields->sample.value_or(Engine::ContentDigest{}),
-                            .full = fields->full.value_or(Engine::ContentDigest{}),
-                            .hasSample = fields->sample.has_value(),
-                            .hasFull = fields->full.has_value(),
+                            .sample = fields->sample,
+                            .full = fields->full,
                             .checked = fields->checked,
                             .finding = fields->finding ? textIndex(*fields->finding) : -1,
                             .decoders = fields->decoders ? textIndex(*fields->decoders) : -1});
@@ -287,8 +285,8 @@ std::optional<CachedResults> ResultsDatabase::find(const CacheKey& key) {
     const auto text = [&](int index) {
         return index < 0 ? std::nullopt : std::optional<std::string>(texts_[index]);
     };
-    CachedResults results{.sampleDigest = row.hasSample ? std::optional(row.sample) : std::nullopt,
-                          .fullDigest = row.hasFull ? std::optional(row.full) : std::nullopt,
+    CachedResults results{.sampleDigest = row.sample,
+                          .fullDigest = row.full,
                           .healthChecked = row.checked,
                           .healthFinding = text(row.finding),
                           .decoderVersion = text(row.decoders).value_or("")};
@@ -301,20 +299,19 @@ void ResultsDatabase::remember(const CacheKey& key, const CachedResults& results
     waitUntilOpen();
     std::lock_guard lock(mutex_);
     if (db_ != nullptr && access_ == Access::readWrite) {
-        Row row{.device = key.device,
-                .inode = key.inode,
-                .size = key.size,
-                .modified = key.modifiedNs,
-                .changed = key.changedNs,
-                .seen = now_,
-                .checked = results.healthChecked,
-                .finding = results.healthFinding ? textIndex(*results.healthFinding) : -1,
-                // Only a health check has decoders to name; NULL costs nothing to read back.
-                .decoders = results.healthChecked ? textIndex(results.decoderVersion) : -1};
-        row.hasSample = results.sampleDigest.has_value();
-        row.hasFull = results.fullDigest.has_value();
-        row.sample = results.sampleDigest.value_or(Engine::ContentDigest{});
-        row.full = results.fullDigest.value_or(Engine::ContentDigest{});
+        Row row{
+            .device = key.device,
+            .inode = key.inode,
+            .size = key.size,
+            .modified = key.modifiedNs,
+            .changed = key.changedNs,
+            .seen = now_,
+            .sample = results.sampleDigest,
+            .full = results.fullDigest,
+            .checked = results.healthChecked,
+            .finding = results.healthFinding ? textIndex(*results.healthFinding) : -1,
+            // Only a health check has decoders to name; an absent text costs nothing to read back.
+            .decoders = results.healthChecked ? textIndex(results.decoderVersion) : -1};
         pending_.push_back(row);
     }
 }
@@ -356,8 +353,8 @@ void ResultsDatabase::commit() {
             pack({.size = row.size,
                   .modified = row.modified,
                   .changed = row.changed,
-                  .sample = row.hasSample ? std::optional(row.sample) : std::nullopt,
-                  .full = row.hasFull ? std::optional(row.full) : std::nullopt,
+                  .sample = row.sample,
+                  .full = row.full,
                   .checked = row.checked,
                   .finding = text(row.finding),
                   .decoders = text(row.decoders)},

@@ -59,8 +59,8 @@ private:
     struct Row {
         std::uint64_t device = 0, inode = 0;
         std::int64_t size = 0, modified = 0, changed = 0, seen = 0;
-        Engine::ContentDigest sample, full;
-        bool hasSample = false, hasFull = false, checked = false;
+        std::optional<Engine::ContentDigest> sample, full;
+        bool checked = false;
         int finding = -1;  // -1: none
         int decoders = -1;
     };
