@@ -213,14 +213,13 @@ void DuplicateAnalysis::finish(std::vector<Entry>& entries, std::vector<std::str
             std::vector<std::size_t> members;
             for (; run != end; ++run)
                 members.push_back(run->second);
-            for (std::size_t member : members)
-                readNoFurther -= fullBytes(member);
-            std::sort(members.begin(), members.end(), [&](std::size_t a, std::size_t b) {
-                return entries[a].url < entries[b].url;
-            });
             std::int64_t bytes = 0;
             for (std::size_t member : members)
                 bytes += fullBytes(member);
+            readNoFurther -= bytes;
+            std::sort(members.begin(), members.end(), [&](std::size_t a, std::size_t b) {
+                return entries[a].url < entries[b].url;
+            });
             fullReads.push_back({bytes, g, plans[g].sampleGroups.size()});
             plans[g].sampleGroups.push_back(std::move(members));
         }
